@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+namespace zelto {
+
+// The company and application keys under which settings and data live ("Pellmoor", "Zelto").
+void applyApplicationIdentity();
+
+[[nodiscard]] QString versionText();
+
+} // namespace zelto

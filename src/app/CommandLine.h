@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace zelto {
+
+// What the command line asks for: a script to run or a link to run, either of which makes the run
+// unattended.
+struct StartRequest {
+    QString scriptFile;
+    QString linkName;
+    bool unattended = false;
+};
+
+// Reads parameters one by one. Only the first accepted form counts: "b" (any case) followed by a
+// script path, or "l" followed by a link name; everything else is dropped without a word.
+class CommandLineParser final {
+public:
+    // A parameter is a flag when it starts with "-", or when it is "/" and one letter, so that an
+    // absolute path stays a value. Returns the flag's name without its prefix.
+    [[nodiscard]] static std::optional<QString> flagName(const QString& parameter);
+
+    [[nodiscard]] static StartRequest parse(const QStringList& parameters);
+
+    void parseParameter(const QString& parameter, bool isFlag);
+    [[nodiscard]] const StartRequest& request() const { return request_; }
+
+private:
+    std::optional<QString> pendingFlag_;
+    StartRequest request_;
+};
+
+} // namespace zelto

@@ -1,0 +1,38 @@
+#include "ProgramInfo.h"
+
+#include "app/AppIdentity.h"
+#include "app/DataFolders.h"
+#include "app/SettingsStore.h"
+
+namespace zelto {
+
+QString ProgramInfo::usage()
+{
+    return QStringLiteral(
+        "Usage: zelto [options]\n"
+        "\n"
+        "Without options Zelto opens its main window.\n"
+        "\n"
+        "  -b FILE.cmd   run an FTP command script, then end\n"
+        "  -l NAME       send the link NAME to its sites in parallel, then end\n"
+        "                (a flag may also be written with a slash: /b, /l)\n"
+        "  --headless    run without any window, messages on standard error\n"
+        "                (the default when no display is available)\n"
+        "  --help        show this text\n"
+        "  --version     show the version\n"
+        "\n"
+        "Exit status: 0 done, 1 some of the work failed, 2 the work could not start.\n");
+}
+
+QString ProgramInfo::versionLine()
+{
+    return QStringLiteral("Zelto %1").arg(versionText());
+}
+
+QString ProgramInfo::locations()
+{
+    return QStringLiteral("Settings: %1\nData folder: %2\nQueue file: %3\n")
+        .arg(SettingsStore::location(), DataFolders::base(), DataFolders::queueFile());
+}
+
+} // namespace zelto

@@ -1,0 +1,51 @@
+#include "StartupChecks.h"
+
+#include "app/DataFolders.h"
+#include "app/SettingsStore.h"
+#include "platform/Notifier.h"
+#include "platform/PrivateProfile.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+#include "queue/QueueFileFormat.h"
+
+#include <QFileInfo>
+
+namespace zelto {
+
+int StartupChecks::refusal(const StartRequest& request)
+{
+    if (!request.scriptFile.isEmpty()) {
+        const bool isScript
+            = request.scriptFile.endsWith(QLatin1StringView(".cmd"), Qt::CaseInsensitive);
+        if (!isScript || !QFileInfo(request.scriptFile).isFile())
+            return ids::kScriptOpenFailed;
+    }
+    if (!request.linkName.isEmpty() && !QFileInfo(DataFolders::linkFile(request.linkName)).isFile())
+        return ids::kLinkNotFound;
+    return 0;
+}
+
+void StartupChecks::applyQueueStartRule()
+{
+    constexpr int kEmptyQueue = 0;
+    if (SettingsStore::get(settings::schedule::kStartQueueProg) != kEmptyQueue)
+        return;
+    PrivateProfile::writeString(DataFolders::queueFile(),
+        QLatin1StringView(queuefile::kCountSection), QLatin1StringView(queuefile::kCountKey),
+        QStringLiteral("0"));
+}
+
+int StartupChecks::runUnattended(const StartRequest& request, Notifier& notifier)
+{
+    if (const int refused = refusal(request)) {
+        notifier.showMessage(StringTable::text(refused), MessageIcon::Stop);
+        return kExitRefused;
+    }
+    notifier.showMessage(request.scriptFile.isEmpty()
+            ? QStringLiteral("Running links is not available in this version yet.")
+            : QStringLiteral("Running command scripts is not available in this version yet."),
+        MessageIcon::Information);
+    return kExitRefused;
+}
+
+} // namespace zelto

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Notifier.h"
+
+namespace zelto {
+
+// Shows messages in application-modal message boxes, always on the UI thread: a worker that calls
+// it waits until the user has answered.
+class MessageBoxNotifier final : public Notifier {
+public:
+    void showMessage(const QString& text, MessageIcon icon) override;
+};
+
+} // namespace zelto

@@ -1,0 +1,15 @@
+#include "ConsoleNotifier.h"
+
+#include <cstdio>
+
+namespace zelto {
+
+void ConsoleNotifier::showMessage(const QString& text, MessageIcon /*icon*/)
+{
+    QString line = text.trimmed();
+    line.replace(u'\n', u' ');
+    std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
+    std::fflush(stderr);
+}
+
+} // namespace zelto

@@ -1,0 +1,62 @@
+#include "app/DataFolders.h"
+
+#include "TempSettings.h"
+#include "app/SettingsStore.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+namespace zelto {
+namespace {
+
+TEST(DataFolders, EmptyProfilePathMeansOwnerOnlyAppDataFolder)
+{
+    test::TempSettings temp;
+    EXPECT_EQ(DataFolders::base(), temp.appDataDir());
+    EXPECT_EQ(DataFolders::links(), temp.appDataDir() + QStringLiteral("/Links"));
+    EXPECT_EQ(DataFolders::linkFile(QStringLiteral("nightly")),
+        temp.appDataDir() + QStringLiteral("/Links/nightly.ini"));
+    EXPECT_EQ(DataFolders::queueFile(), temp.appDataDir() + QStringLiteral("/zeltoQue.ini"));
+    const QString profiles = DataFolders::profiles();
+    ASSERT_TRUE(QFileInfo(profiles).isDir());
+    EXPECT_EQ(QFileInfo(profiles).permissions() & (QFile::ReadGroup | QFile::ReadOther),
+        QFile::Permissions());
+
+    SettingsStore::set(settings::config::kProfilePath, temp.root() + QStringLiteral("/mine/"));
+    EXPECT_EQ(DataFolders::files(), temp.root() + QStringLiteral("/mine/Files"));
+    EXPECT_EQ(DataFolders::queueFile(), temp.appDataDir() + QStringLiteral("/zeltoQue.ini"))
+        << "the queue file stays in one place whatever the profile folder";
+}
+
+TEST(DataFolders, TypedProfileDirectory)
+{
+    struct Case {
+        const char* typed; // relative to the temporary root
+        const char* stored;
+        bool makesFolders;
+    };
+    const Case cases[] = {
+        { "/Data/Profiles", "/Data", false },
+        { "/Data/Profiles/", "/Data", false }, // one trailing character tolerated
+        { "/Data\\Profiles", "/Data", false },
+        { "/Data/ProfilesXY", "/Data/ProfilesXY", true },
+        { "/Data/Profiles/old", "/Data/Profiles/old", true },
+        { "/Data", "/Data", true },
+    };
+    for (const Case& c : cases) {
+        test::TempSettings temp;
+        const QString typed = temp.root() + QString::fromUtf8(c.typed);
+        DataFolders::storeTypedProfileDirectory(typed);
+        EXPECT_EQ(SettingsStore::get(settings::config::kProfilePath),
+            temp.root() + QString::fromUtf8(c.stored))
+            << c.typed;
+        for (const char* sub : { "/Profiles", "/Links", "/Files" })
+            EXPECT_EQ(QFileInfo(typed + QString::fromLatin1(sub)).isDir(), c.makesFolders)
+                << c.typed << sub;
+    }
+}
+
+} // namespace
+} // namespace zelto

@@ -1,0 +1,101 @@
+#include "app/SettingsStore.h"
+
+#include "TempSettings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+
+#include <gtest/gtest.h>
+
+namespace zelto {
+namespace {
+
+using namespace settings;
+
+void writeRaw(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(bytes);
+}
+
+TEST(SettingsStore, EmptyStoreGivesEachReadersOwnDefault)
+{
+    test::TempSettings temp;
+    struct Pair {
+        TextKey a;
+        TextKey b;
+    };
+    // Same key, two readers, two defaults: the behaviour before a page is first saved hangs on it.
+    for (const auto& [a, b] : { Pair { ftp::kCache, ftp::kCachePage },
+             Pair { config::kTimeType, config::kTimeTypeAtFrameStart },
+             Pair { config::kFtpDirTree, config::kFtpDirTreeMiscPage },
+             Pair { ftp::kAccessType, ftp::kAccessTypePage },
+             Pair { schedule::kResendTime, schedule::kResendTimePage },
+             Pair { log::kToFile, log::kToFilePage } }) {
+        EXPECT_STREQ(a.name, b.name);
+        EXPECT_EQ(SettingsStore::get(a), QString::fromLatin1(a.fallback)) << a.name;
+        EXPECT_EQ(SettingsStore::get(b), QString::fromLatin1(b.fallback)) << b.name;
+        EXPECT_NE(SettingsStore::get(a), SettingsStore::get(b)) << a.name;
+    }
+    EXPECT_EQ(SettingsStore::get(ftp::kRetry), 2);
+    EXPECT_EQ(SettingsStore::get(ftp::kProxyPort), 2021);
+    EXPECT_FALSE(QFile::exists(temp.settingsFile())) << "reading must not create the store";
+}
+
+TEST(SettingsStore, WritesReadBackWithoutCache)
+{
+    test::TempSettings temp;
+    const QString frame = QString::fromLatin1(geometry::kMainFrame);
+    SettingsStore::writeInt(frame, QStringLiteral("Width"), 640);
+    SettingsStore::set(config::kWinState, QStringLiteral("ICONIC"));
+    SettingsStore::set(ftp::kQuickPasswd, QStringLiteral("pässwörd"));
+    EXPECT_EQ(SettingsStore::getInt(frame, QStringLiteral("Width"), 400), 640);
+    EXPECT_EQ(SettingsStore::getInt(
+                  QStringLiteral("Dimensions\\Main\\Other"), QStringLiteral("Width"), 400),
+        400);
+    EXPECT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("ICONIC"));
+    EXPECT_EQ(SettingsStore::get(ftp::kQuickPasswd), QStringLiteral("pässwörd"));
+    // Numbers are texts to a text reader; a text is no number to an integer reader.
+    EXPECT_EQ(SettingsStore::getText(frame, QStringLiteral("Width"), {}), QStringLiteral("640"));
+    EXPECT_EQ(
+        SettingsStore::getInt(QLatin1StringView(section::kConfig), QStringLiteral("WinState"), 7),
+        7);
+
+    // Another process changes the store: the next read sees it.
+    {
+        QSettings other(temp.settingsFile(), QSettings::IniFormat);
+        other.setValue(QStringLiteral("CONFIG/WinState"), QStringLiteral("RESTORED"));
+    }
+    EXPECT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("RESTORED"));
+
+    // The store holds a password: owner-only.
+    EXPECT_EQ(QFile::permissions(temp.settingsFile()) & 0x0077, QFileDevice::Permissions());
+}
+
+TEST(SettingsStore, DamagedStoreReadsDefaultsAndKeepsReadableKeys)
+{
+    const QByteArray readable = "[CONFIG]\nWinState=ICONIC\n";
+    const std::pair<const char*, QByteArray> damages[] = {
+        { "truncated", readable + "[FTP]\nRetr" },
+        { "no sections", "Retry=5\nCache=YES\n" + readable },
+        { "binary garbage",
+            readable + QByteArray("\0\xff\xfe[\x01\x02=\x03\n", 11) + QByteArray(4096, '\xc3') },
+        { "very long line", readable + "Junk=" + QByteArray(10 * 1024 * 1024, 'x') + "\n" },
+    };
+    for (const auto& [what, bytes] : damages) {
+        test::TempSettings temp;
+        QDir().mkpath(QFileInfo(temp.settingsFile()).path());
+        writeRaw(temp.settingsFile(), bytes);
+        EXPECT_EQ(SettingsStore::get(ftp::kRetry), 2) << what;
+        EXPECT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("ICONIC")) << what;
+        SettingsStore::set(config::kScheduler, QStringLiteral("YES"));
+        EXPECT_EQ(SettingsStore::get(config::kScheduler), QStringLiteral("YES")) << what;
+        EXPECT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("ICONIC")) << what;
+    }
+}
+
+} // namespace
+} // namespace zelto

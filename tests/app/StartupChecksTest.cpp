@@ -1,0 +1,78 @@
+#include "app/StartupChecks.h"
+
+#include "TempSettings.h"
+#include "app/DataFolders.h"
+#include "app/SettingsStore.h"
+#include "platform/PrivateProfile.h"
+#include "platform/StringIds.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+namespace zelto {
+namespace {
+
+void touch(const QString& path)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+}
+
+TEST(StartupChecks, RefusesBadScriptsAndMissingLinks)
+{
+    test::TempSettings temp;
+    const QString root = temp.root();
+    touch(root + QStringLiteral("/notes.txt"));
+    touch(root + QStringLiteral("/run.CMD"));
+    touch(root + QStringLiteral("/run.cmd.bak"));
+    QDir().mkpath(root + QStringLiteral("/folder.cmd"));
+    touch(DataFolders::linkFile(QStringLiteral("nightly")));
+
+    struct Case {
+        QString script;
+        QString link;
+        int refusal;
+    };
+    const Case cases[] = {
+        { root + QStringLiteral("/notes.txt"), {}, ids::kScriptOpenFailed },
+        { root + QStringLiteral("/run.CMD"), {}, 0 },
+        { root + QStringLiteral("/missing.cmd"), {}, ids::kScriptOpenFailed },
+        { root + QStringLiteral("/run.cmd.bak"), {}, ids::kScriptOpenFailed },
+        { root + QStringLiteral("/folder.cmd"), {}, ids::kScriptOpenFailed },
+        { {}, QStringLiteral("nightly"), 0 },
+        { {}, QStringLiteral("weekly"), ids::kLinkNotFound },
+        { {}, QString(4096, u'x'), ids::kLinkNotFound },
+    };
+    for (const Case& c : cases) {
+        const StartRequest request { c.script, c.link, true };
+        EXPECT_EQ(StartupChecks::refusal(request), c.refusal)
+            << c.script.toStdString() << c.link.left(20).toStdString();
+    }
+}
+
+TEST(StartupChecks, EmptyQueueRuleOnlyForChoiceZero)
+{
+    for (const int choice : { 0, 1, 2 }) {
+        test::TempSettings temp;
+        const QString queue = DataFolders::queueFile();
+        const QString section = QStringLiteral("QUEUE");
+        ASSERT_TRUE(PrivateProfile::writeString(
+            queue, section, QStringLiteral("NumQueues"), QStringLiteral("3")));
+        ASSERT_TRUE(PrivateProfile::writeString(
+            queue, QStringLiteral("QUEUE1"), QStringLiteral("LocalFile"), QStringLiteral("a.txt")));
+        SettingsStore::set(settings::schedule::kStartQueueProg, choice);
+
+        StartupChecks::applyQueueStartRule();
+
+        EXPECT_EQ(PrivateProfile::getString(queue, section, QStringLiteral("NumQueues"), {}),
+            choice == 0 ? QStringLiteral("0") : QStringLiteral("3"));
+        EXPECT_EQ(PrivateProfile::getString(
+                      queue, QStringLiteral("QUEUE1"), QStringLiteral("LocalFile"), {}),
+            QStringLiteral("a.txt"));
+    }
+}
+
+} // namespace
+} // namespace zelto

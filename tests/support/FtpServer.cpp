@@ -1,0 +1,187 @@
+#include "FtpServer.h"
+
+#include "FtpUrl.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSaveFile>
+
+#include <algorithm>
+
+namespace zelto::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+const QString kPython = QStringLiteral("/usr/bin/python3");
+constexpr auto kStartDeadline = 10s;
+
+// The last line of an error output: for Python, the exception that ended it.
+QString lastLine(const QByteArray& output)
+{
+    return QString::fromLocal8Bit(output).trimmed().section(QLatin1Char('\n'), -1);
+}
+
+QJsonObject toJson(const FtpFaults& faults)
+{
+    QJsonObject stall;
+    for (const auto& [command, delay] : faults.stall)
+        stall[command]
+            = delay == FtpFaults::kForever ? QJsonValue() : QJsonValue(delay.count() / 1000.0);
+    QJsonObject json {
+        { "refuse_login", QJsonArray::fromStringList(faults.refuseLogin) },
+        { "close_data_on", QJsonArray::fromStringList(faults.closeDataOn) },
+        { "stall", stall },
+        { "refuse", QJsonArray::fromStringList(faults.refuse) },
+        { "hostile_names", QJsonArray::fromStringList(faults.hostileNames) },
+        { "hostile_only", faults.hostileOnly },
+    };
+    if (faults.closeDataAfter)
+        json["close_data_after"] = double(*faults.closeDataAfter);
+    return json;
+}
+
+void writeJson(const QString& path, const QJsonObject& json)
+{
+    // Written aside and renamed, so that the server never reads half a file.
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(json).toJson()) < 0
+        || !file.commit())
+        fixtureError(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
+}
+
+} // namespace
+
+std::optional<QString> FtpServer::unavailableReason()
+{
+    static const std::optional<QString> reason = []() -> std::optional<QString> {
+        if (!QFileInfo(kPython).isExecutable())
+            return QStringLiteral("the FTP test server needs %1, which is not installed")
+                .arg(kPython);
+        QProcess probe;
+        probe.start(kPython, { QStringLiteral("-c"), QStringLiteral("import pyftpdlib") });
+        if (!probe.waitForFinished(10000) || probe.exitStatus() != QProcess::NormalExit
+            || probe.exitCode() != 0)
+            return QStringLiteral("the FTP test server needs pyftpdlib for %1 (package "
+                                  "python3-pyftpdlib): %2")
+                .arg(kPython, lastLine(probe.readAllStandardError()));
+        return std::nullopt;
+    }();
+    return reason;
+}
+
+FtpUser FtpServer::defaultUser()
+{
+    return { QStringLiteral("zelto"), QStringLiteral("secret") };
+}
+
+FtpServer::FtpServer(std::vector<FtpUser> users, const FtpFaults& faults) : users_(std::move(users))
+{
+    if (!dir_.isValid())
+        fixtureError(QStringLiteral("cannot make a temporary folder: %1").arg(dir_.errorString()));
+    if (users_.empty())
+        fixtureError(QStringLiteral("the FTP test server needs at least one user"));
+
+    QJsonArray accounts;
+    for (auto& user : users_) {
+        if (user.home.isEmpty())
+            user.home = dir_.filePath(QStringLiteral("home/") + user.name);
+        if (!QDir().mkpath(user.home))
+            fixtureError(QStringLiteral("cannot make the home folder %1").arg(user.home));
+        accounts.append(QJsonObject { { "name", user.name }, { "password", user.password },
+            { "home", user.home }, { "perm", user.permissions } });
+    }
+    setFaults(faults);
+    writeJson(
+        file("config.json"), { { "users", accounts }, { "faults_file", file("faults.json") } });
+
+    process_ = std::make_unique<ServerProcess>(kPython,
+        QStringList { QStringLiteral(ZELTO_SUPPORT_DIR "/ftp_server.py"),
+            QStringLiteral("--config"), file("config.json"), QStringLiteral("--command-log"),
+            file("commands.log") },
+        file("server.err"));
+    const auto line = process_->readLine(kStartDeadline);
+    bool ok = false;
+    if (line && line->startsWith("PORT "))
+        port_ = line->mid(5).toUShort(&ok);
+    if (ok)
+        return;
+    const auto what = process_->isRunning()
+        ? QStringLiteral("did not report its port within %1 s").arg(kStartDeadline.count())
+        : QStringLiteral("ended before it reported its port");
+    fixtureError(
+        QStringLiteral("the FTP test server %1 (its output: \"%2\"); its error output:\n%3")
+            .arg(what, QString::fromLocal8Bit(line.value_or(QByteArray())),
+                process_->errorOutput()));
+}
+
+FtpServer::~FtpServer() = default;
+
+QString FtpServer::home(const QString& user) const
+{
+    return this->user(user).home;
+}
+
+QByteArray FtpServer::url(const QString& user, const QString& path) const
+{
+    const auto& account = this->user(user);
+    return ftpUrl(port_, account.name, account.password, path);
+}
+
+QByteArray FtpServer::url(const QString& path) const
+{
+    return url(QString(), path);
+}
+
+void FtpServer::setFaults(const FtpFaults& faults)
+{
+    writeJson(file("faults.json"), toJson(faults));
+}
+
+std::vector<LoggedCommand> FtpServer::commandLog() const
+{
+    std::vector<LoggedCommand> log;
+    QFile file(this->file("commands.log"));
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return log;
+    while (!file.atEnd()) {
+        const auto line = QString::fromUtf8(file.readLine()).chopped(1);
+        const auto connectionEnd = line.indexOf(QLatin1Char(' '));
+        const auto commandEnd = line.indexOf(QLatin1Char(' '), connectionEnd + 1);
+        log.push_back({ line.left(connectionEnd).toInt(),
+            line.mid(connectionEnd + 1, commandEnd < 0 ? -1 : commandEnd - connectionEnd - 1),
+            commandEnd < 0 ? QString() : line.mid(commandEnd + 1) });
+    }
+    return log;
+}
+
+int FtpServer::commandCount(const QString& command) const
+{
+    const auto log = commandLog();
+    return int(std::count_if(
+        log.begin(), log.end(), [&](const LoggedCommand& c) { return c.command == command; }));
+}
+
+const FtpUser& FtpServer::user(const QString& name) const
+{
+    if (name.isEmpty())
+        return users_.front();
+    const auto found = std::find_if(
+        users_.begin(), users_.end(), [&](const FtpUser& u) { return u.name == name; });
+    if (found == users_.end())
+        fixtureError(QStringLiteral("the FTP test server has no user \"%1\"").arg(name));
+    return *found;
+}
+
+QString FtpServer::file(const char* name) const
+{
+    return dir_.filePath(QString::fromLatin1(name));
+}
+
+} // namespace zelto::test

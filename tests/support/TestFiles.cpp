@@ -1,0 +1,94 @@
+#include "TestFiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <algorithm>
+
+namespace zelto::test {
+
+namespace {
+
+constexpr qint64 kPieceSize = 64 * 1024; // a multiple of 8: pieces join into one stream
+
+// splitmix64: tiny, fast, and the same on every platform, unlike the standard distributions.
+class ByteStream final {
+public:
+    explicit ByteStream(quint64 seed) : state_(seed) { }
+
+    void fill(char* out, qint64 size)
+    {
+        for (qint64 i = 0; i < size; i += 8) {
+            auto word = next();
+            for (qint64 j = i; j < std::min(size, i + 8); ++j, word >>= 8)
+                out[j] = char(word & 0xff);
+        }
+    }
+
+private:
+    quint64 next()
+    {
+        auto z = (state_ += 0x9e3779b97f4a7c15ULL);
+        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ULL;
+        z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
+        return z ^ (z >> 31);
+    }
+
+    quint64 state_;
+};
+
+} // namespace
+
+QByteArray makeBytes(qint64 size, quint64 seed)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    ByteStream(seed).fill(bytes.data(), size);
+    return bytes;
+}
+
+bool makeFile(const QString& path, qint64 size, quint64 seed)
+{
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+        return false;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    ByteStream stream(seed);
+    QByteArray piece(kPieceSize, Qt::Uninitialized);
+    for (qint64 left = size; left > 0; left -= kPieceSize) {
+        const auto n = std::min(left, kPieceSize);
+        stream.fill(piece.data(), n);
+        if (file.write(piece.constData(), n) != n)
+            return false;
+    }
+    return file.commit();
+}
+
+::testing::AssertionResult sameBytes(const QString& a, const QString& b)
+{
+    QFile fileA(a);
+    QFile fileB(b);
+    if (!fileA.open(QIODevice::ReadOnly))
+        return ::testing::AssertionFailure() << "cannot read " << a.toStdString();
+    if (!fileB.open(QIODevice::ReadOnly))
+        return ::testing::AssertionFailure() << "cannot read " << b.toStdString();
+    if (fileA.size() != fileB.size())
+        return ::testing::AssertionFailure()
+            << a.toStdString() << " has " << fileA.size() << " bytes, " << b.toStdString()
+            << " has " << fileB.size();
+    for (qint64 offset = 0; !fileA.atEnd(); offset += kPieceSize) {
+        const auto pieceA = fileA.read(kPieceSize);
+        const auto pieceB = fileB.read(kPieceSize);
+        if (pieceA != pieceB) {
+            const auto at = std::mismatch(pieceA.begin(), pieceA.end(), pieceB.begin()).first;
+            return ::testing::AssertionFailure()
+                << a.toStdString() << " and " << b.toStdString() << " differ at byte "
+                << offset + (at - pieceA.begin());
+        }
+    }
+    return ::testing::AssertionSuccess();
+}
+
+} // namespace zelto::test

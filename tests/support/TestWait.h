@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace zelto::test {
+
+// Waits until `ready()` holds or the deadline has passed, and returns the last answer. It polls
+// with a short back-off (1 ms doubling up to 20 ms) and delivers the calling thread's Qt events
+// in between, so queued signals reach their receivers while a test waits for them.
+template <typename Predicate>
+[[nodiscard]] bool waitUntil(Predicate&& ready, std::chrono::milliseconds deadline)
+{
+    using namespace std::chrono;
+    const auto end = steady_clock::now() + deadline;
+    auto pause = milliseconds(1);
+    while (!ready()) {
+        const auto left = duration_cast<milliseconds>(end - steady_clock::now());
+        if (left <= milliseconds::zero())
+            return ready();
+        if (QCoreApplication::instance())
+            QCoreApplication::processEvents();
+        std::this_thread::sleep_for(std::min(pause, left));
+        pause = std::min(pause * 2, milliseconds(20));
+    }
+    return true;
+}
+
+} // namespace zelto::test

@@ -1,0 +1,269 @@
+"""FTP server for the tests: users from a JSON file, faults injected on request.
+
+Run:  python3 ftp_server.py --config CONFIG.json [--command-log FILE]
+
+It listens on a free loopback port, prints "PORT <n>" when ready and runs until
+its standard input reaches end of file (so a test process that dies never leaves
+a server behind) or it receives SIGTERM.
+
+CONFIG.json:
+  {"users": [{"name": "zelto", "password": "secret", "home": "/tmp/h",
+              "perm": "elradfmwMT"}],
+   "faults_file": "/tmp/faults.json",   # read again at every command
+   "faults": {...}}                      # used when there is no faults_file
+
+Faults (every key optional):
+  refuse_login      ["*"] refuses every login, otherwise the user names listed
+  close_data_after  bytes after which the data connection is closed (426)
+  close_data_on     transfer commands it applies to, default ["RETR", "STOR"]
+  stall             {"RETR": 1.5, "USER": null}: hold the reply for so many
+                    seconds, null holds it until the server stops; the later
+                    commands of that connection wait behind it, other
+                    connections go on
+  refuse            commands answered "550 <CMD> refused by the test server."
+  hostile_names     names added to every listing (LIST, MLSD, NLST)
+  hostile_only      true: the listing holds the hostile names only
+"""
+
+import argparse
+import itertools
+import json
+import logging
+import os
+import signal
+import sys
+import threading
+
+from pyftpdlib.authorizers import AuthenticationFailed, DummyAuthorizer
+from pyftpdlib.filesystems import AbstractedFS
+from pyftpdlib.handlers import DTPHandler, FTPHandler
+from pyftpdlib.servers import FTPServer
+
+# Commands whose data connection a close_data_after fault can cut.
+TRANSFER_COMMANDS = {"RETR", "STOR", "APPE", "STOU", "LIST", "NLST", "MLSD"}
+HIDDEN_ARGUMENTS = {"PASS"}
+
+
+def load_faults(config):
+    """The faults in force now: the faults file when there is one (it is replaced
+    atomically by the fixture, so a half-written file is never seen)."""
+    path = config.get("faults_file")
+    if not path:
+        return config.get("faults", {})
+    try:
+        with open(path, encoding="utf-8") as f:
+            return json.load(f)
+    except FileNotFoundError:
+        return {}
+
+
+class FaultyFS(AbstractedFS):
+    """File system view whose listings can carry names that a client must never
+    use as local paths."""
+
+    def _hostile(self):
+        faults = self.cmd_channel.faults
+        return faults.get("hostile_names", []), faults.get("hostile_only", False)
+
+    def listdir(self, path):
+        names, only = self._hostile()
+        real = [] if only else super().listdir(path)
+        return real + [n for n in names if n not in real]
+
+    def format_list(self, basedir, listing, ignore_err=True):
+        names, _ = self._hostile()
+        real = [n for n in listing if n not in names]
+        yield from super().format_list(basedir, real, ignore_err)
+        for name in listing:
+            if name in names:
+                line = "-rw-r--r--   1 owner    group           1 Jan 01  2024 %s\r\n"
+                yield (line % name).encode("utf-8")
+
+    def format_mlsx(self, basedir, listing, perms, facts, ignore_err=True):
+        names, _ = self._hostile()
+        real = [n for n in listing if n not in names]
+        yield from super().format_mlsx(basedir, real, perms, facts, ignore_err)
+        for name in listing:
+            if name in names:
+                line = "type=file;size=1;modify=20240101000000;perm=r; %s\r\n"
+                yield (line % name).encode("utf-8")
+
+
+class FaultyDTPHandler(DTPHandler):
+    """Data connection that a close_data_after fault closes after N bytes."""
+
+    _limit_known = False
+    _limit = None
+
+    def _data_limit(self):
+        # Decided at the first byte: one data connection serves one transfer,
+        # and its command has been dispatched by then.
+        if not self._limit_known:
+            self._limit_known = True
+            self._limit = self.cmd_channel.data_limit()
+        return self._limit
+
+    def _cut(self):
+        self._resp = ("426 Data connection closed by the test server after %d bytes."
+                      % self._limit, logging.getLogger("pyftpdlib").info)
+        self.close()
+
+    def send(self, data):
+        limit = self._data_limit()
+        if limit is None:
+            return super().send(data)
+        sent = super().send(data[:max(0, limit - self.tot_bytes_sent)])
+        if self.tot_bytes_sent >= limit:
+            self._cut()
+        return sent
+
+    def recv(self, buffer_size):
+        limit = self._data_limit()
+        if limit is not None:
+            buffer_size = max(1, min(buffer_size, limit - self.tot_bytes_received))
+        return super().recv(buffer_size)
+
+    def handle_read(self):
+        limit = self._data_limit()
+        if limit is None or self.tot_bytes_received < limit:
+            super().handle_read()
+        if limit is not None and self.tot_bytes_received >= limit and not self._closed:
+            self._cut()
+
+    handle_read_event = handle_read
+
+
+class FaultyHandler(FTPHandler):
+    """Control connection that applies the faults in force at each command."""
+
+    config = {}
+    command_log = None
+    dtp_handler = FaultyDTPHandler
+    abstracted_fs = FaultyFS
+    auth_failed_timeout = 0  # the default delay turns a refused login into a time-out
+    use_sendfile = False  # every byte goes through FaultyDTPHandler.send
+    _numbers = itertools.count(1)
+
+    def __init__(self, conn, server, ioloop=None):
+        self.faults = {}
+        self.number = next(self._numbers)
+        self.transfer_command = None
+        self._held = None  # commands waiting behind a stalled one, None when not stalled
+        super().__init__(conn, server, ioloop)
+
+    def data_limit(self):
+        """Byte count after which the current transfer's data connection closes."""
+        limit = self.faults.get("close_data_after")
+        if limit is None:
+            return None
+        wanted = self.faults.get("close_data_on", ["RETR", "STOR"])
+        return limit if self.transfer_command in wanted else None
+
+    def log_command(self, cmd, arg):
+        if self.command_log is None:
+            return
+        shown = "******" if cmd in HIDDEN_ARGUMENTS else arg
+        self.command_log.write(("%d %s %s" % (self.number, cmd, shown)).rstrip() + "\n")
+        self.command_log.flush()
+
+    def pre_process_command(self, line, cmd, arg):
+        self.log_command(cmd, arg)
+        self._receive(line, cmd, arg)
+
+    def _receive(self, line, cmd, arg):
+        if self._held is not None:
+            self._held.append((line, cmd, arg))
+            return
+        self.faults = load_faults(self.config)
+        stall = self.faults.get("stall", {})
+        if cmd not in stall:
+            self._dispatch(line, cmd, arg)
+            return
+        self._held = []
+        if stall[cmd] is not None:
+            self.ioloop.call_later(stall[cmd], self._resume, line, cmd, arg,
+                                   _errback=self.handle_error)
+
+    def _resume(self, line, cmd, arg):
+        held, self._held = self._held, None
+        if self._closed:
+            return
+        self.faults = load_faults(self.config)
+        self._dispatch(line, cmd, arg)
+        for item in held:
+            self._receive(*item)
+
+    def _dispatch(self, line, cmd, arg):
+        if cmd in self.faults.get("refuse", []):
+            self.respond("550 %s refused by the test server." % cmd)
+            return
+        if cmd in TRANSFER_COMMANDS:
+            self.transfer_command = cmd
+        super().pre_process_command(line, cmd, arg)
+
+
+class FaultyAuthorizer(DummyAuthorizer):
+    """Users of the config; a refuse_login fault turns a good login down."""
+
+    def __init__(self, handler):
+        super().__init__()
+        self.handler = handler
+
+    def validate_authentication(self, username, password, handler):
+        refused = load_faults(self.handler.config).get("refuse_login", [])
+        if "*" in refused or username in refused:
+            raise AuthenticationFailed("Login refused by the test server.")
+        super().validate_authentication(username, password, handler)
+
+
+def make_server(config, command_log):
+    """A server on a free loopback port, with the users of the config."""
+    handler = FaultyHandler
+    handler.config = config
+    handler.command_log = command_log
+    handler.authorizer = FaultyAuthorizer(handler)
+    for user in config.get("users", []):
+        os.makedirs(user["home"], exist_ok=True)
+        perm = user.get("perm", "elradfmwMT")
+        if user["name"] == "anonymous":
+            handler.authorizer.add_anonymous(user["home"], perm=perm)
+        else:
+            handler.authorizer.add_user(user["name"], user["password"], user["home"], perm=perm)
+    return FTPServer(("127.0.0.1", 0), handler)
+
+
+def stop_at_end_of_input():
+    """Ends the server when standard input closes: the parent has gone."""
+
+    def watch():
+        # Only the main thread may take SIGTERM: there it interrupts the server's wait at once.
+        signal.pthread_sigmask(signal.SIG_BLOCK, {signal.SIGTERM})
+        # The raw descriptor: a buffered reader's lock would stall the interpreter's exit.
+        while os.read(0, 4096):
+            pass
+        os.kill(os.getpid(), signal.SIGTERM)
+
+    threading.Thread(target=watch, daemon=True).start()
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--config", required=True)
+    parser.add_argument("--command-log")
+    args = parser.parse_args()
+
+    logging.basicConfig(level=logging.WARNING, stream=sys.stderr,
+                        format="ftp_server: %(message)s")
+    with open(args.config, encoding="utf-8") as f:
+        config = json.load(f)
+    command_log = open(args.command_log, "a", encoding="utf-8") if args.command_log else None
+
+    server = make_server(config, command_log)
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(0))
+    stop_at_end_of_input()
+    print("PORT %d" % server.socket.getsockname()[1], flush=True)
+    server.serve_forever(timeout=0.5)
+
+
+if __name__ == "__main__":
+    main()
