@@ -12,4 +12,10 @@ void ConsoleNotifier::showMessage(const QString& text, MessageIcon /*icon*/)
     std::fflush(stderr);
 }
 
+Answer ConsoleNotifier::ask(const Question& question)
+{
+    showMessage(question.caption + QStringLiteral(": ") + question.text, MessageIcon::Question);
+    return Answer::Cancelled;
+}
+
 } // namespace zelto

@@ -5,9 +5,11 @@
 namespace zelto {
 
 // Writes messages to standard error, one line each (line breaks inside a message become blanks).
+// Nobody is there to answer a question: it is written too, and answered Cancelled.
 class ConsoleNotifier final : public Notifier {
 public:
     void showMessage(const QString& text, MessageIcon icon) override;
+    Answer ask(const Question& question) override;
 };
 
 } // namespace zelto

@@ -1,10 +1,26 @@
 #pragma once
 
+#include "platform/StringIds.h"
+
 #include <QString>
 
 namespace zelto {
 
-enum class MessageIcon { None, Information, Warning, Stop };
+enum class MessageIcon { None, Information, Warning, Stop, Question };
+
+// The shared three-button question: a caption, a text and three buttons, answered as accepted
+// (first button), the middle choice (which can be disabled) or cancelled. Button texts are string
+// ids, so each caller names its own ("Append", "Replace", ...).
+struct Question {
+    QString caption;
+    QString text;
+    int acceptTextId = ids::kButtonOk;
+    int middleTextId = ids::kButtonAll;
+    bool middleEnabled = true;
+    int cancelTextId = ids::kButtonCancel;
+};
+
+enum class Answer { Accepted, Middle, Cancelled };
 
 // How the engine tells the user something: a message box in a windowed run, standard error in an
 // unattended one. The engine never shows a window itself.
@@ -12,6 +28,8 @@ class Notifier {
 public:
     virtual ~Notifier() = default;
     virtual void showMessage(const QString& text, MessageIcon icon) = 0;
+    // Asked on the UI thread only. An unattended run cannot ask anyone: it answers Cancelled.
+    virtual Answer ask(const Question& question) = 0;
 };
 
 } // namespace zelto

@@ -1,7 +1,10 @@
 #include "MessageBoxNotifier.h"
 
+#include "platform/StringTable.h"
+
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QThread>
 
 namespace zelto {
@@ -30,7 +33,41 @@ void showBox(const QString& text, MessageIcon icon)
     box.exec();
 }
 
+// Runs `show` on the UI thread, waiting for it when called from a worker.
+template <typename Show> void onUiThread(Show&& show)
+{
+    if (QThread::currentThread() == qApp->thread())
+        show();
+    else
+        QMetaObject::invokeMethod(qApp, std::forward<Show>(show), Qt::BlockingQueuedConnection);
+}
+
 } // namespace
+
+Answer MessageBoxNotifier::ask(const Question& question)
+{
+    Answer answer = Answer::Cancelled;
+    onUiThread([&] {
+        QMessageBox box(QMessageBox::Question, question.caption, question.text,
+            QMessageBox::NoButton, QApplication::activeWindow());
+        box.setWindowModality(Qt::ApplicationModal);
+        QPushButton* accept
+            = box.addButton(StringTable::text(question.acceptTextId), QMessageBox::AcceptRole);
+        QPushButton* middle
+            = box.addButton(StringTable::text(question.middleTextId), QMessageBox::ActionRole);
+        QPushButton* cancel
+            = box.addButton(StringTable::text(question.cancelTextId), QMessageBox::RejectRole);
+        middle->setEnabled(question.middleEnabled);
+        box.setDefaultButton(accept);
+        box.setEscapeButton(cancel);
+        box.exec();
+        if (box.clickedButton() == accept)
+            answer = Answer::Accepted;
+        else if (box.clickedButton() == middle)
+            answer = Answer::Middle;
+    });
+    return answer;
+}
 
 void MessageBoxNotifier::showMessage(const QString& text, MessageIcon icon)
 {

@@ -9,6 +9,7 @@ namespace zelto {
 class MessageBoxNotifier final : public Notifier {
 public:
     void showMessage(const QString& text, MessageIcon icon) override;
+    Answer ask(const Question& question) override;
 };
 
 } // namespace zelto
