@@ -1,5 +1,5 @@
 # Two commands for a fresh Debian 12 machine (as root, or as a user with sudo):
-#   make demo   install what is missing, build, run Zelto
+#   make demo   install what is missing, build, send a link to three local FTP servers
 #   make test   install what is missing, build, run every test
 
 BUILD   ?= build
@@ -7,8 +7,6 @@ SUDO    := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 PACKAGES := cmake ninja-build g++ ccache pkg-config \
             qt6-base-dev qt6-multimedia-dev libgl-dev libcurl4-openssl-dev libgtest-dev \
             python3 python3-pyftpdlib vsftpd curl lftp xvfb xauth
-# Demo runs keep their settings and data here, never in the user's own.
-DEMO_HOME := $(CURDIR)/$(BUILD)/demo-home
 
 .PHONY: deps build test demo clean
 
@@ -29,9 +27,10 @@ build: deps
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure --timeout 300 -j2
 
+# Three FTP servers on loopback, a link to them, "zelto -l demo", and where the files landed. The
+# demo keeps its settings and data in $(BUILD)/demo-home, never in the user's own.
 demo: build
-	@mkdir -p $(DEMO_HOME)/config $(DEMO_HOME)/data
-	XDG_CONFIG_HOME=$(DEMO_HOME)/config XDG_DATA_HOME=$(DEMO_HOME)/data $(BUILD)/zelto
+	tools/demo.sh $(BUILD)
 
 clean:
 	rm -rf $(BUILD)

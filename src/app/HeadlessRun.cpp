@@ -2,12 +2,19 @@
 
 #include "app/ProgramInfo.h"
 #include "app/StartupChecks.h"
+#include "options/SoundPlayer.h"
 #include "platform/ConsoleNotifier.h"
 
 #include <cstdio>
 
 namespace zelto {
 namespace {
+
+// A run without a display plays no sounds.
+class SilentPlayer final : public SoundPlayer {
+public:
+    void playFile(const QString&) override { }
+};
 
 void print(const QString& text)
 {
@@ -24,7 +31,8 @@ int HeadlessRun::run(const StartRequest& request)
         print(ProgramInfo::versionLine() + u'\n' + ProgramInfo::locations());
         return kExitOk;
     }
-    return StartupChecks::runUnattended(request, notifier);
+    SilentPlayer player;
+    return StartupChecks::runUnattended(request, notifier, player);
 }
 
 } // namespace zelto

@@ -48,6 +48,9 @@ inline constexpr TextKey kOverwrite { kConfig, "Overwrite", kNo };
 inline constexpr TextKey kDragDropSubDirs { kConfig, "DragDropSubDirs", kNo };
 inline constexpr TextKey kFileCasingPut { kConfig, "FileCasingPut", "PRESERVE" };
 inline constexpr TextKey kFileCasingGet { kConfig, "FileCasingGet", "PRESERVE" };
+// The other two values of FileCasingPut and FileCasingGet; any other value preserves the case.
+inline constexpr char kCasingUpper[] = "UPPER_CASE";
+inline constexpr char kCasingLower[] = "LOWER_CASE";
 inline constexpr TextKey kTimeType { kConfig, "TimeType", "MM/DD" }; // System page, date formatting
 inline constexpr TextKey kTimeTypeAtFrameStart { kConfig, "TimeType", "DD/MM" };
 inline constexpr TextKey kTimeTypeForFrameHandler { kConfig, "TimeType", "" };
@@ -57,8 +60,12 @@ inline constexpr TextKey kDragDropDirsMiscPage { kConfig, "DragDropDirs", kYes }
 inline constexpr TextKey kDragDropDirsRemoteBrowser { kConfig, "DragDropDirs", kNo };
 inline constexpr TextKey kLocalDblClick { kConfig, "LocalDblClick", "NO_ACTION" };
 inline constexpr TextKey kRemoteDblClick { kConfig, "RemoteDblClick", "NO_ACTION" };
+// The values of FTPDirTree; any other value places files as kDirTreeNoPath does.
+inline constexpr char kDirTreeNoPath[] = "NO_PATH";
+inline constexpr char kDirTreeLastDir[] = "LAST_DIR";
+inline constexpr char kDirTreeFullPath[] = "FULL_PATH";
 inline constexpr TextKey kFtpDirTree { kConfig, "FTPDirTree",
-    "NO_PATH" }; // engines, remote browser
+    kDirTreeNoPath }; // engines, remote browser
 inline constexpr TextKey kFtpDirTreeMiscPage { kConfig, "FTPDirTree", "NO_ACTION" };
 inline constexpr TextKey kDeletePut { kConfig, "DeletePut", kNo };
 inline constexpr TextKey kDeleteGet { kConfig, "DeleteGet", kNo };

@@ -1,6 +1,7 @@
 #include "StartupChecks.h"
 
 #include "app/DataFolders.h"
+#include "app/LinkCommand.h"
 #include "app/SettingsStore.h"
 #include "platform/Notifier.h"
 #include "platform/PrivateProfile.h"
@@ -35,15 +36,17 @@ void StartupChecks::applyQueueStartRule()
         QStringLiteral("0"));
 }
 
-int StartupChecks::runUnattended(const StartRequest& request, Notifier& notifier)
+int StartupChecks::runUnattended(
+    const StartRequest& request, Notifier& notifier, SoundPlayer& player)
 {
     if (const int refused = refusal(request)) {
         notifier.showMessage(StringTable::text(refused), MessageIcon::Stop);
         return kExitRefused;
     }
-    notifier.showMessage(request.scriptFile.isEmpty()
-            ? QStringLiteral("Running links is not available in this version yet.")
-            : QStringLiteral("Running command scripts is not available in this version yet."),
+    if (!request.linkName.isEmpty())
+        return LinkCommand::run(request.linkName, notifier, player);
+    notifier.showMessage(
+        QStringLiteral("Running command scripts is not available in this version yet."),
         MessageIcon::Information);
     return kExitRefused;
 }

@@ -4,6 +4,7 @@
 
 namespace zelto {
 class Notifier;
+class SoundPlayer;
 }
 
 namespace zelto {
@@ -25,9 +26,10 @@ public:
     // the queue processor's.
     static void applyQueueStartRule();
 
-    // Starts the unattended work of the command line, or tells `notifier` why it cannot start.
-    // Returns the exit status.
-    [[nodiscard]] static int runUnattended(const StartRequest& request, Notifier& notifier);
+    // Runs the unattended work of the command line to its end, or tells `notifier` why it cannot
+    // start. Returns the exit status.
+    [[nodiscard]] static int runUnattended(
+        const StartRequest& request, Notifier& notifier, SoundPlayer& player);
 };
 
 } // namespace zelto

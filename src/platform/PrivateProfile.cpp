@@ -105,26 +105,41 @@ IniDocument PrivateProfile::read(const QString& file)
 QString PrivateProfile::getString(const QString& file, const QString& section, const QString& key,
     const QString& fallback, int bufferSize)
 {
-    const auto value = read(file).value(section, key);
-    return leftCharacters(value.value_or(fallback), std::max(bufferSize - 1, 0));
+    return cutToBuffer(read(file).value(section, key).value_or(fallback), bufferSize);
 }
 
 int PrivateProfile::getInt(
     const QString& file, const QString& section, const QString& key, int fallback)
 {
-    const auto value = read(file).value(section, key);
+    return toInt(read(file).value(section, key), fallback);
+}
+
+QString PrivateProfile::cutToBuffer(const QString& value, int bufferSize)
+{
+    return leftCharacters(value, std::max(bufferSize - 1, 0));
+}
+
+int PrivateProfile::toInt(const std::optional<QString>& value, int fallback)
+{
     if (!value || value->isEmpty())
         return fallback;
+    return int(std::clamp<qint64>(
+        leadingNumber(*value), std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+qint64 PrivateProfile::leadingNumber(QStringView text)
+{
     qsizetype i = 0;
-    const bool negative = value->startsWith(u'-');
-    if (negative || value->startsWith(u'+'))
+    const bool negative = text.startsWith(u'-');
+    if (negative || text.startsWith(u'+'))
         ++i;
-    constexpr qint64 limit = qint64(std::numeric_limits<int>::max()) + 1;
+    constexpr qint64 limit = std::numeric_limits<qint64>::max();
     qint64 number = 0;
-    for (; i < value->size() && (*value)[i] >= u'0' && (*value)[i] <= u'9'; ++i)
-        number = std::min(number * 10 + ((*value)[i].unicode() - u'0'), limit);
-    number = negative ? -number : std::min(number, limit - 1);
-    return int(number);
+    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
+        const int digit = text[i].unicode() - u'0';
+        number = number > (limit - digit) / 10 ? limit : number * 10 + digit;
+    }
+    return negative ? -number : number;
 }
 
 bool PrivateProfile::writeString(

@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 namespace zelto {
 
@@ -45,6 +46,14 @@ public:
     // Replaces the section's contents with `lines` ("key=value"); an empty list leaves the header.
     static bool writeSection(const QString& file, const QString& section, const QStringList& lines);
     static bool deleteSection(const QString& file, const QString& section);
+
+    // The rules of the two reads, for callers that parsed the file once (see read()): a value cut
+    // to what a buffer of bufferSize characters holds, and a value read as an integer.
+    [[nodiscard]] static QString cutToBuffer(const QString& value, int bufferSize);
+    [[nodiscard]] static int toInt(const std::optional<QString>& value, int fallback);
+    // The leading decimal number of a text: an optional sign, then digits; no digits gives 0.
+    // Clamped to 64 bits.
+    [[nodiscard]] static qint64 leadingNumber(QStringView text);
 
     // The file parsed once, for a caller that reads many keys at a time (the queue window loads
     // every item): each getString opens and parses the whole file again. A missing file is empty.

@@ -4,6 +4,7 @@
 #include "app/StartupChecks.h"
 #include "app/ui/CMainFrame.h"
 #include "app/ui/MessageBoxNotifier.h"
+#include "options/ui/QtSoundPlayer.h"
 
 #include <QApplication>
 
@@ -12,8 +13,13 @@ namespace zelto {
 int WindowedRun::run(const StartRequest& request)
 {
     MessageBoxNotifier notifier;
-    if (request.unattended)
-        return StartupChecks::runUnattended(request, notifier);
+    // Unattended, the main window is never shown: the work runs and the program ends with it,
+    // not when the user closes a message box that the work showed.
+    if (request.unattended) {
+        QApplication::setQuitOnLastWindowClosed(false);
+        QtSoundPlayer player;
+        return StartupChecks::runUnattended(request, notifier, player);
+    }
 
     StartupChecks::applyQueueStartRule();
     CMainFrame frame;

@@ -1,0 +1,12 @@
+#include "EngineOptions.h"
+
+#include "app/SettingsStore.h"
+
+namespace zelto {
+
+bool EngineOptions::overwriteSetting()
+{
+    return SettingsStore::get(settings::config::kOverwrite) != QLatin1StringView(settings::kNo);
+}
+
+} // namespace zelto

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "distribution/EngineOptions.h"
+#include "distribution/FileEntry.h"
+#include "distribution/RemotePlacement.h"
+#include "ftp/FtpResult.h"
+#include "ftp/JobSite.h"
+#include "options/TransferSounds.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace zelto {
+
+class CTransferSession;
+
+// The frame that the put and the get engine share for one site: the connect, the settings read
+// at the start of the run, the stop test, and what each file's outcome publishes (entry, status,
+// sound, log).
+class EngineRun final {
+public:
+    EngineRun(CTransferSession& session, const EngineOptions& options);
+    EngineRun(const EngineRun&) = delete;
+    EngineRun& operator=(const EngineRun&) = delete;
+
+    // Connects to `site`, reads the run's settings and gives every file without a remote folder
+    // the connection's folder. On failure every file keeps its
+    // not-tried result and gets the connect's text as its message, so that the bookkeeping can
+    // say why it was not sent.
+    [[nodiscard]] FtpResult connect(const JobSite& site, std::vector<FileEntry>& files);
+
+    [[nodiscard]] bool stopRequested() const;
+    [[nodiscard]] DirTree mode() const { return mode_; }
+    [[nodiscard]] bool shortNames() const { return shortNames_; }
+    // The connection's folder when the run began.
+    [[nodiscard]] const QString& startFolder() const { return startFolder_; }
+    [[nodiscard]] JobStart jobStart() const { return jobStart_; }
+    [[nodiscard]] const QString& host() const { return host_; }
+    [[nodiscard]] const QString& localMachine() const { return localMachine_; }
+
+    void showPaths(const QString& localPath, const QString& remotePath) const;
+    void log(int messageId, const QString& field1, const QString& field2,
+        const QString& field3 = {}, const QString& detail = {}) const;
+
+    void fileSent(FileEntry& entry);
+    void fileFailed(FileEntry& entry, int code, const QString& message);
+    // The end of the run (all files, or the stop): the per-batch sound.
+    void finish();
+
+private:
+    void showStatus(const QString& text) const;
+
+    CTransferSession& session_;
+    const EngineOptions& options_;
+    std::optional<TransferSounds> sounds_;
+    DirTree mode_ = DirTree::NoPath;
+    bool shortNames_ = false;
+    QString startFolder_;
+    JobStart jobStart_;
+    QString host_;
+    QString localMachine_;
+};
+
+} // namespace zelto

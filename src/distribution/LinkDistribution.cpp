@@ -1,0 +1,104 @@
+#include "LinkDistribution.h"
+
+#include "distribution/FileSet.h"
+#include "distribution/JobOutcomeSink.h"
+#include "distribution/TransferJob.h"
+#include "profiles/LinkRun.h"
+
+#include <QCoreApplication>
+
+namespace zelto {
+
+// One site of the run: its job, and what its end reported.
+struct LinkDistribution::Site final : JobOutcomeSink {
+    Site(LinkDistribution& owner, JobSite target) : run(owner), site(std::move(target)) { }
+
+    // On the job's worker thread; the tally is read on the run's thread once the job has ended.
+    void siteFinished(const JobSite& ended, const std::vector<FileEntry>& files) override
+    {
+        tally = run.report_->siteFiles(ended, files);
+        run.bookkeeping_.siteFinished(ended, files);
+    }
+
+    LinkDistribution& run;
+    JobSite site;
+    std::shared_ptr<TransferJob> job;
+    std::chrono::steady_clock::time_point started;
+    LinkReport::Tally tally;
+};
+
+LinkDistribution::LinkDistribution(JobServices& services, WorkerThreads& threads,
+    JobOutcomeSink& bookkeeping, std::FILE* out, std::chrono::milliseconds interval)
+    : services_(services)
+    , threads_(threads)
+    , bookkeeping_(bookkeeping)
+    , out_(out)
+    , interval_(interval)
+{
+}
+
+LinkDistribution::~LinkDistribution() = default;
+
+bool LinkDistribution::start(const QString& name, Ended ended)
+{
+    report_ = std::make_unique<LinkReport>(name, out_);
+    const LinkPlan plan = LinkRun::prepare(name);
+    if (plan.sites.empty()) {
+        report_->noSites();
+        return false;
+    }
+    const FileSet set = FileSet::build(plan.files);
+    files_ = set.files();
+    for (const SiteRecord& record : plan.sites) {
+        JobSite site;
+        site.server = record.host;
+        site.user = record.user;
+        site.password = record.password;
+        site.port = quint16(record.port);
+        site.remoteFolder = record.remotePath;
+        sites_.push_back(std::make_unique<Site>(*this, std::move(site)));
+    }
+    ended_ = std::move(ended);
+    pending_ = int(sites_.size());
+    report_->runStarted(sites_.size(), files_.size(), set.totalBytes());
+    starter_ = std::make_unique<ParallelStarter>(
+        sites_.size(), [this](std::size_t index) { startSite(index); }, interval_);
+    starter_->start();
+    return true;
+}
+
+void LinkDistribution::startSite(std::size_t index)
+{
+    Site& site = *sites_[index];
+    TransferJob::Setup setup;
+    setup.sites = { site.site };
+    setup.files = files_;
+    site.job = TransferJob::create(std::move(setup), services_, site, threads_);
+    site.started = std::chrono::steady_clock::now();
+    // The end comes on the worker's thread; the count is kept on this one.
+    site.job->start([this, index, alive = std::weak_ptr<bool>(alive_)] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [this, index, alive] {
+                if (alive.lock())
+                    siteEnded(index);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void LinkDistribution::siteEnded(std::size_t index)
+{
+    const Site& site = *sites_[index];
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - site.started;
+    const auto results = site.job->results();
+    const int result = results.empty() ? TransferJob::kNotRun : results.front().result;
+    report_->siteEnded(site.site, result, site.tally, seconds.count());
+    if (--pending_ > 0)
+        return;
+    report_->runEnded();
+    if (ended_)
+        ended_(report_->allSent());
+}
+
+} // namespace zelto

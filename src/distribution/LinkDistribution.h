@@ -1,0 +1,65 @@
+#pragma once
+
+#include "distribution/FileEntry.h"
+#include "distribution/LinkReport.h"
+#include "distribution/ParallelStarter.h"
+
+#include <QString>
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace zelto {
+
+class JobOutcomeSink;
+class WorkerThreads;
+struct JobServices;
+
+// The run of a link: the link is read (LinkRun::prepare), its files become one file set, and
+// each of its sites gets a parallel transfer job, started an interval apart. Every site's end is
+// reported (LinkReport) and handed on to the bookkeeping. The run ends when its last site has
+// ended: the count of pending sites is kept on the thread that owns the run, whose event loop
+// must be running.
+class LinkDistribution final {
+public:
+    using Ended = std::function<void(bool allSent)>;
+
+    LinkDistribution(JobServices& services, WorkerThreads& threads, JobOutcomeSink& bookkeeping,
+        std::FILE* out, std::chrono::milliseconds interval = ParallelStarter::kInterval);
+    ~LinkDistribution();
+    LinkDistribution(const LinkDistribution&) = delete;
+    LinkDistribution& operator=(const LinkDistribution&) = delete;
+
+    // Starts link `name`. A link without sites is told so on `out` and false is returned: nothing
+    // runs and `ended` is never called. Otherwise `ended` is called from the event loop once the
+    // last site has ended, with whether every file reached every site.
+    bool start(const QString& name, Ended ended);
+
+    // The sites whose transfer has not ended yet (PendingLinkSites).
+    [[nodiscard]] int pendingSites() const { return pending_; }
+
+private:
+    struct Site;
+
+    void startSite(std::size_t index);
+    void siteEnded(std::size_t index);
+
+    JobServices& services_;
+    WorkerThreads& threads_;
+    JobOutcomeSink& bookkeeping_;
+    std::FILE* out_;
+    std::chrono::milliseconds interval_;
+    std::unique_ptr<LinkReport> report_;
+    std::vector<FileEntry> files_;
+    std::vector<std::unique_ptr<Site>> sites_;
+    std::unique_ptr<ParallelStarter> starter_;
+    Ended ended_;
+    int pending_ = 0;
+    // Checked on this thread before a posted end is taken: the run may be gone by then.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+} // namespace zelto

@@ -1,0 +1,550 @@
+#include "FtpConnection.h"
+
+#include "ftp/FtpErrors.h"
+#include "platform/StringIds.h"
+
+#include <QUrl>
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+
+namespace zelto {
+
+struct FtpConnection::Request {
+    QByteArray url;
+    bool noBody = true;
+    bool upload = false;
+    TransferType type = TransferType::Binary;
+    qint64 uploadSize = -1;
+    curl_slist* quote = nullptr;
+    std::chrono::milliseconds stall { 0 };
+    const ReadFunction* read = nullptr;
+    const WriteFunction* write = nullptr;
+    const AbortCheck* abort = nullptr;
+    // The code of an operation that we aborted on purpose.
+    int cancelCode = inet::kCancelled;
+};
+
+namespace {
+
+using SList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
+
+// curl_global_init is not thread-safe and must run once before the first handle.
+void initialiseCurl()
+{
+    static std::once_flag once;
+    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+}
+
+// libcurl takes these options in whole seconds; a part of a second counts as a whole one.
+long wholeSeconds(std::chrono::milliseconds time)
+{
+    return long((time.count() + 999) / 1000);
+}
+
+bool isTransientConnectFailure(CURLcode code)
+{
+    switch (code) {
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_OPERATION_TIMEDOUT:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+    case CURLE_GOT_NOTHING:
+    case CURLE_WEIRD_SERVER_REPLY:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// A name with control characters could end a command early and start another one.
+bool hasControlCharacters(const QString& text)
+{
+    return std::any_of(text.begin(), text.end(),
+        [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+}
+
+// The folder of a 257 reply: the text between the first quote and its closing quote, where a
+// doubled quote stands for one.
+QString quotedFolder(const QString& reply)
+{
+    const auto open = reply.indexOf(u'"');
+    if (open < 0)
+        return {};
+    QString folder;
+    for (auto i = open + 1; i < reply.size(); ++i) {
+        if (reply[i] != u'"') {
+            folder += reply[i];
+        } else if (i + 1 < reply.size() && reply[i + 1] == u'"') {
+            folder += u'"';
+            ++i;
+        } else {
+            return folder;
+        }
+    }
+    return {};
+}
+
+int replyClass(const FtpReply& reply)
+{
+    return reply.code / 100;
+}
+
+// Commands for CURLOPT_QUOTE or CURLOPT_PREQUOTE; `mayFail` prefixes "*", so that a refusal
+// neither fails the request nor closes the connection.
+SList commandList(const QByteArrayList& commands, bool mayFail)
+{
+    curl_slist* list = nullptr;
+    for (const auto& command : commands)
+        list = curl_slist_append(list, ((mayFail ? "*" : "") + command).constData());
+    return SList(list, &curl_slist_free_all);
+}
+
+} // namespace
+
+FtpConnection::FtpConnection(ConnectionOptions options, std::stop_token stop)
+    : options_(std::move(options)), stop_(std::move(stop))
+{
+    initialiseCurl();
+}
+
+FtpConnection::~FtpConnection()
+{
+    close();
+}
+
+FtpResult FtpConnection::prepare(const ServerLogin& login)
+{
+    close();
+    login_ = login;
+    QUrl url;
+    url.setScheme(QStringLiteral("ftp"));
+    url.setHost(login.host, QUrl::StrictMode);
+    url.setPort(login.port);
+    if (login.host.isEmpty() || !url.isValid() || url.host().isEmpty())
+        return FtpResult::failure(inet::kInvalidUrl, login.host);
+    baseUrl_ = url.toEncoded() + '/';
+    // libcurl's own parser has the last word on the address.
+    CURLU* parsed = curl_url();
+    const bool accepted
+        = parsed && curl_url_set(parsed, CURLUPART_URL, baseUrl_.constData(), 0) == CURLUE_OK;
+    curl_url_cleanup(parsed);
+    if (!accepted)
+        return FtpResult::failure(inet::kInvalidUrl, login.host);
+
+    proxy_.clear();
+    if (options_.access == AccessType::Proxy) {
+        const auto host = options_.proxy.section(u':', 0, 0);
+        if (host.isEmpty() || hasControlCharacters(options_.proxy))
+            return FtpResult::failure(inet::kInvalidProxyRequest, options_.proxy);
+        proxy_ = options_.proxy.toUtf8();
+    }
+
+    handle_ = curl_easy_init();
+    if (!handle_)
+        return FtpResult::failure(inet::kOutOfHandles);
+    user_ = login.user.toUtf8();
+    password_ = login.password.toUtf8();
+
+    auto* h = handle_;
+    curl_easy_setopt(h, CURLOPT_ERRORBUFFER, errorBuffer_);
+    curl_easy_setopt(h, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(h, CURLOPT_USERNAME, user_.constData());
+    curl_easy_setopt(h, CURLOPT_PASSWORD, password_.constData());
+    curl_easy_setopt(h, CURLOPT_FTP_FILEMETHOD, long(CURLFTPMETHOD_NOCWD));
+    curl_easy_setopt(h, CURLOPT_FTPPORT, options_.passive ? nullptr : "-");
+    curl_easy_setopt(h, CURLOPT_CONNECTTIMEOUT_MS, long(options_.connectTimeout.count()));
+    // The wait for the server to connect back in active mode is a connect, too.
+    curl_easy_setopt(h, CURLOPT_ACCEPTTIMEOUT_MS, long(options_.connectTimeout.count()));
+    curl_easy_setopt(h, CURLOPT_SERVER_RESPONSE_TIMEOUT, wholeSeconds(options_.replyTimeout));
+    curl_easy_setopt(h, CURLOPT_TCP_KEEPALIVE, 1L);
+    curl_easy_setopt(h, CURLOPT_BUFFERSIZE, kCurlBufferSize);
+    curl_easy_setopt(h, CURLOPT_UPLOAD_BUFFERSIZE, kCurlBufferSize);
+    curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &FtpConnection::onHeader);
+    curl_easy_setopt(h, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(h, CURLOPT_READFUNCTION, &FtpConnection::onRead);
+    curl_easy_setopt(h, CURLOPT_READDATA, this);
+    curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &FtpConnection::onWrite);
+    curl_easy_setopt(h, CURLOPT_WRITEDATA, this);
+    curl_easy_setopt(h, CURLOPT_XFERINFOFUNCTION, &FtpConnection::onProgress);
+    curl_easy_setopt(h, CURLOPT_XFERINFODATA, this);
+    curl_easy_setopt(h, CURLOPT_NOPROGRESS, 0L);
+    switch (options_.access) {
+    case AccessType::Preconfigured:
+        break; // libcurl reads ftp_proxy, all_proxy and no_proxy itself
+    case AccessType::Direct:
+        curl_easy_setopt(h, CURLOPT_NOPROXY, "*");
+        break;
+    case AccessType::Proxy:
+        curl_easy_setopt(h, CURLOPT_PROXY, proxy_.constData());
+        curl_easy_setopt(h, CURLOPT_PROXYTYPE, long(CURLPROXY_HTTP));
+        curl_easy_setopt(h, CURLOPT_HTTPPROXYTUNNEL, 1L);
+        break;
+    }
+    return FtpResult::success();
+}
+
+FtpResult FtpConnection::open()
+{
+    if (!handle_)
+        return FtpResult::failure(inet::kInternalError, QStringLiteral("no connection prepared"));
+    std::vector<FtpReply> features;
+    FtpResult result;
+    for (int attempt = 0;; ++attempt) {
+        result = quote({ "FEAT" }, features);
+        if (result.ok() || attempt >= options_.retries || !isTransientConnectFailure(lastCode_)
+            || stop_.stop_requested())
+            break;
+    }
+    if (!result.ok())
+        return result;
+
+    const char* entry = nullptr;
+    curl_easy_getinfo(handle_, CURLINFO_FTP_ENTRY_PATH, &entry);
+    entryFolder_ = entry ? QString::fromUtf8(entry) : QString();
+    currentFolder_ = entryFolder_;
+    open_ = true;
+
+    const auto offered = !features.empty() && replyClass(features.front()) == 2
+        && features.front().text.split(u'\n').contains(QStringLiteral("UTF8"), Qt::CaseInsensitive);
+    utf8_ = false;
+    if (offered) {
+        std::vector<FtpReply> replies;
+        const auto switched = quote({ "OPTS UTF8 ON" }, replies);
+        if (!switched.ok())
+            return switched;
+        utf8_ = !replies.empty() && replyClass(replies.front()) == 2;
+    }
+    return FtpResult::success();
+}
+
+void FtpConnection::close()
+{
+    if (handle_)
+        curl_easy_cleanup(handle_); // sends QUIT, bounded by the reply time-out
+    handle_ = nullptr;
+    open_ = false;
+}
+
+QString FtpConnection::absolutePath(const QString& path) const
+{
+    if (path.startsWith(u'/') || currentFolder_.isEmpty())
+        return path;
+    return currentFolder_.endsWith(u'/') ? currentFolder_ + path : currentFolder_ + u'/' + path;
+}
+
+FtpResult FtpConnection::changeFolder(const QString& folder)
+{
+    QString target;
+    if (auto checked = checkedPath(folder, target); !checked.ok())
+        return checked;
+    std::vector<FtpReply> replies;
+    auto result = quote({ "CWD " + target.toUtf8(), "PWD" }, replies);
+    if (!result.ok())
+        return result;
+    lastReply_ = replies.front();
+    if (replyClass(replies.front()) != 2)
+        return FtpResult::failure(inet::kServerError, replies.front().text);
+    const auto confirmed
+        = replyClass(replies.back()) == 2 ? quotedFolder(replies.back().text) : QString();
+    currentFolder_ = confirmed.isEmpty() ? target : confirmed;
+    return FtpResult::success();
+}
+
+FtpResult FtpConnection::makeFolder(const QString& path)
+{
+    return singleCommand("MKD", path, 2);
+}
+
+FtpResult FtpConnection::removeFolder(const QString& path)
+{
+    return singleCommand("RMD", path, 2);
+}
+
+FtpResult FtpConnection::removeFile(const QString& path)
+{
+    return singleCommand("DELE", path, 2);
+}
+
+FtpResult FtpConnection::rename(const QString& from, const QString& to)
+{
+    QString source;
+    QString target;
+    if (auto checked = checkedPath(from, source); !checked.ok())
+        return checked;
+    if (auto checked = checkedPath(to, target); !checked.ok())
+        return checked;
+    std::vector<FtpReply> replies;
+    auto result = quote({ "RNFR " + source.toUtf8(), "RNTO " + target.toUtf8() }, replies);
+    if (!result.ok())
+        return result;
+    // A refused RNFR makes the RNTO fail too; the RNFR reply says why.
+    const auto& failed = replyClass(replies.front()) != 3 ? replies.front() : replies.back();
+    lastReply_ = failed;
+    if (replyClass(replies.front()) != 3 || replyClass(replies.back()) != 2)
+        return FtpResult::failure(inet::kServerError, failed.text);
+    return FtpResult::success();
+}
+
+FtpResult FtpConnection::fileSize(const QString& path, qint64& size)
+{
+    auto result = singleCommand("SIZE", path, 2);
+    if (!result.ok())
+        return result;
+    bool number = false;
+    size = lastReply_.text.section(u' ', 1, 1).toLongLong(&number);
+    return number ? FtpResult::success()
+                  : FtpResult::failure(inet::kReplyNotParsed, lastReply_.text);
+}
+
+FtpResult FtpConnection::printFolder(QString& folder)
+{
+    std::vector<FtpReply> replies;
+    auto result = quote({ "PWD" }, replies);
+    if (!result.ok())
+        return result;
+    lastReply_ = replies.front();
+    folder = quotedFolder(lastReply_.text);
+    if (replyClass(lastReply_) != 2 || folder.isEmpty())
+        return FtpResult::failure(inet::kServerError, lastReply_.text);
+    return FtpResult::success();
+}
+
+FtpResult FtpConnection::upload(const QString& path, TransferType type, qint64 size,
+    const ReadFunction& read, const AbortCheck& abort)
+{
+    QString target;
+    if (auto checked = checkedPath(path, target); !checked.ok())
+        return checked;
+    Request request;
+    request.url = urlFor(target);
+    request.noBody = false;
+    request.upload = true;
+    request.type = type;
+    request.uploadSize = size;
+    request.stall = options_.sendStall;
+    request.read = &read;
+    request.abort = abort ? &abort : nullptr;
+    request.cancelCode = ids::kPutCanceled;
+    return perform(request);
+}
+
+FtpResult FtpConnection::download(
+    const QString& path, TransferType type, const WriteFunction& write, const AbortCheck& abort)
+{
+    QString source;
+    if (auto checked = checkedPath(path, source); !checked.ok())
+        return checked;
+    Request request;
+    request.url = urlFor(source);
+    request.noBody = false;
+    request.type = type;
+    request.stall = options_.receiveStall;
+    request.write = &write;
+    request.abort = abort ? &abort : nullptr;
+    request.cancelCode = ids::kGetCanceled;
+    return perform(request);
+}
+
+FtpResult FtpConnection::perform(const Request& request)
+{
+    if (!handle_)
+        return FtpResult::failure(inet::kInternalError, QStringLiteral("no connection prepared"));
+    auto* h = handle_;
+    curl_easy_setopt(h, CURLOPT_URL, request.url.constData());
+    curl_easy_setopt(h, CURLOPT_NOBODY, long(request.noBody));
+    curl_easy_setopt(h, CURLOPT_UPLOAD, long(request.upload));
+    curl_easy_setopt(h, CURLOPT_INFILESIZE_LARGE, curl_off_t(request.uploadSize));
+    curl_easy_setopt(h, CURLOPT_QUOTE, request.quote);
+    // The transfer type. With CURLOPT_TRANSFERTEXT libcurl would convert line ends itself, LF to
+    // CRLF blindly on uploads and CRLF (and a lone CR) to LF on downloads. It is left off, so
+    // libcurl moves bytes as they are and asks for TYPE I; the type we want is then sent just
+    // before RETR or STOR, and the line ends are ours to convert. libcurl's own idea of the type
+    // stays "I", so after a text transfer the next binary one sends TYPE I again. A text
+    // download skips libcurl's SIZE (a converted file has another size, and servers refuse SIZE
+    // in ASCII mode).
+    const bool text = !request.noBody && request.type == TransferType::Text;
+    const bool sendType = text || (!request.noBody && serverInText_);
+    const auto type = commandList({ text ? "TYPE A" : "TYPE I" }, false);
+    curl_easy_setopt(h, CURLOPT_PREQUOTE, sendType ? type.get() : nullptr);
+    curl_easy_setopt(h, CURLOPT_IGNORE_CONTENT_LENGTH, long(text));
+    if (text)
+        serverInText_ = true;
+    curl_easy_setopt(h, CURLOPT_LOW_SPEED_LIMIT, request.stall.count() > 0 ? 1L : 0L);
+    curl_easy_setopt(h, CURLOPT_LOW_SPEED_TIME, wholeSeconds(request.stall));
+
+    replyLines_.clear();
+    errorBuffer_[0] = '\0';
+    read_ = request.read;
+    write_ = request.write;
+    abort_ = request.abort;
+    aborted_ = false;
+    lastCode_ = curl_easy_perform(h);
+    read_ = nullptr;
+    write_ = nullptr;
+    abort_ = nullptr;
+    curl_easy_setopt(h, CURLOPT_QUOTE, nullptr);
+    curl_easy_setopt(h, CURLOPT_PREQUOTE, nullptr);
+
+    if (lastCode_ == CURLE_OK) {
+        if (sendType && !text)
+            serverInText_ = false;
+        return FtpResult::success();
+    }
+    if (aborted_ || stop_.stop_requested())
+        return FtpResult::failure(request.cancelCode);
+
+    const auto all = replies();
+    const auto refusal = std::find_if(
+        all.rbegin(), all.rend(), [](const FtpReply& reply) { return reply.code >= 400; });
+    CurlFailure failure { lastCode_ };
+    curl_easy_getinfo(h, CURLINFO_OS_ERRNO, &failure.osErrno);
+    failure.userNameRefused = std::none_of(all.begin(), all.end(),
+        [](const FtpReply& reply) { return reply.code == 331 || reply.code == 332; });
+    failure.errorReply = refusal != all.rend() ? refusal->code : 0;
+    const int code = libraryErrorFor(failure);
+    QString detail;
+    const bool closedByServer = failure.errorReply == 421 || failure.errorReply == 426;
+    if (refusal != all.rend() && (isServerRefusal(code) || closedByServer))
+        detail = refusal->text;
+    // The error buffer holds stray words after a success, so it is read only here.
+    if (detail.isEmpty())
+        detail = QString::fromUtf8(errorBuffer_).trimmed();
+    if (detail.isEmpty())
+        detail = QString::fromUtf8(curl_easy_strerror(lastCode_));
+    return FtpResult::failure(code, detail);
+}
+
+FtpResult FtpConnection::quote(const QByteArrayList& commands, std::vector<FtpReply>& replies)
+{
+    replies.clear();
+    const auto list = commandList(commands, true);
+    Request request;
+    request.url = baseUrl_;
+    request.quote = list.get();
+    auto result = perform(request);
+    if (!result.ok())
+        return result;
+    // Nothing follows the quoted commands of a request without a body, so the last replies are
+    // theirs.
+    const auto all = this->replies();
+    if (all.size() < size_t(commands.size()))
+        return FtpResult::failure(inet::kReplyNotParsed,
+            QStringLiteral("no reply to %1").arg(QString::fromUtf8(commands.join(", "))));
+    replies.assign(all.end() - commands.size(), all.end());
+    return FtpResult::success();
+}
+
+FtpResult FtpConnection::singleCommand(const QByteArray& verb, const QString& path, int okClass)
+{
+    QString absolute;
+    if (auto checked = checkedPath(path, absolute); !checked.ok())
+        return checked;
+    std::vector<FtpReply> replies;
+    auto result = quote({ verb + ' ' + absolute.toUtf8() }, replies);
+    if (!result.ok())
+        return result;
+    lastReply_ = replies.front();
+    if (replyClass(lastReply_) != okClass)
+        return FtpResult::failure(inet::kServerError, lastReply_.text);
+    return FtpResult::success();
+}
+
+FtpResult FtpConnection::checkedPath(const QString& path, QString& absolute) const
+{
+    if (path.isEmpty() || hasControlCharacters(path))
+        return FtpResult::failure(inet::kInvalidUrl,
+            path.isEmpty() ? QStringLiteral("no name given")
+                           : QStringLiteral("a name with control characters"));
+    absolute = absolutePath(path);
+    return FtpResult::success();
+}
+
+QByteArray FtpConnection::urlFor(const QString& absolute) const
+{
+    // "%2F" keeps a leading "/": libcurl then sends the whole path as it stands.
+    const bool rooted = absolute.startsWith(u'/');
+    QByteArrayList segments;
+    for (const auto& part : (rooted ? absolute.mid(1) : absolute).split(u'/'))
+        segments.append(QUrl::toPercentEncoding(part));
+    return baseUrl_ + (rooted ? QByteArray("%2F") : QByteArray()) + segments.join('/');
+}
+
+std::vector<FtpReply> FtpConnection::replies() const
+{
+    std::vector<FtpReply> all;
+    FtpReply current;
+    QStringList lines;
+    int multiLine = 0; // the code of a multi-line reply under way
+    for (const auto& raw : replyLines_) {
+        const auto line = QString::fromUtf8(raw).trimmed();
+        bool number = false;
+        const int code = line.left(3).toInt(&number);
+        const bool coded = number && line.size() >= 3 && code >= 100 && code < 600;
+        const QChar separator = line.size() > 3 ? line[3] : u' ';
+        if (!multiLine && !coded)
+            continue; // not a reply line
+        lines.append(line);
+        if (!multiLine && coded && separator == u'-') {
+            multiLine = code;
+            continue;
+        }
+        if (multiLine && !(coded && code == multiLine && separator == u' '))
+            continue;
+        all.push_back({ coded ? code : multiLine, lines.join(u'\n') });
+        lines.clear();
+        multiLine = 0;
+    }
+    return all;
+}
+
+bool FtpConnection::abortRequested() const
+{
+    return stop_.stop_requested() || (abort_ && (*abort_)());
+}
+
+size_t FtpConnection::onHeader(char* data, size_t size, size_t count, void* self)
+{
+    static_cast<FtpConnection*>(self)->replyLines_.append(
+        QByteArray(data, qsizetype(size * count)));
+    return size * count;
+}
+
+size_t FtpConnection::onRead(char* buffer, size_t size, size_t count, void* self)
+{
+    auto* connection = static_cast<FtpConnection*>(self);
+    if (!connection->read_ || connection->abortRequested()) {
+        connection->aborted_ = true;
+        return CURL_READFUNC_ABORT;
+    }
+    const auto got = (*connection->read_)(buffer, qint64(size * count));
+    if (got < 0) {
+        connection->aborted_ = true;
+        return CURL_READFUNC_ABORT;
+    }
+    return size_t(got);
+}
+
+size_t FtpConnection::onWrite(char* data, size_t size, size_t count, void* self)
+{
+    auto* connection = static_cast<FtpConnection*>(self);
+    const auto bytes = size * count;
+    if (!connection->write_ || connection->stop_.stop_requested()
+        || !(*connection->write_)(data, qint64(bytes))) {
+        connection->aborted_ = true;
+        return bytes == 0 ? 1 : 0; // any count other than `bytes` fails the download
+    }
+    return bytes;
+}
+
+int FtpConnection::onProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
+{
+    auto* connection = static_cast<FtpConnection*>(self);
+    if (!connection->abortRequested())
+        return 0;
+    connection->aborted_ = true;
+    return 1;
+}
+
+} // namespace zelto

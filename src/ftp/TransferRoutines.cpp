@@ -1,0 +1,210 @@
+#include "TransferRoutines.h"
+
+#include "app/SettingsStore.h"
+#include "ftp/CTransferSession.h"
+#include "ftp/CopyPipe.h"
+#include "ftp/FtpErrors.h"
+#include "ftp/GetPump.h"
+#include "ftp/JobServices.h"
+#include "ftp/PutPump.h"
+#include "ftp/RoundProgress.h"
+#include "ftp/TransferCounters.h"
+#include "ftp/TransferType.h"
+#include "log/LogSink.h"
+#include "platform/StringIds.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <thread>
+
+namespace zelto {
+namespace {
+
+using namespace std::chrono_literals;
+
+// The copy buffer holds a few rounds; more would only cost memory.
+constexpr qint64 kPipeCapacity = 4 * 1024 * 1024;
+// How long one side of a copy waits for the other beyond the data time-outs, after which libcurl
+// itself has given up on a stalled side; and the wait when those time-outs are off.
+constexpr auto kPipeGrace = 5s;
+constexpr auto kPipeWaitWithoutTimeouts = 5min;
+
+bool isYes(const settings::TextKey& key)
+{
+    return SettingsStore::get(key) == QLatin1String(settings::kYes);
+}
+
+FtpResult notConnected()
+{
+    return FtpResult::failure(inet::kInvalidOperation, QStringLiteral("not connected"));
+}
+
+// DeleteGet: the source of a get or a copy goes once it arrived whole.
+void removeSourceAfterTransfer(CTransferSession& session, const QString& remotePath)
+{
+    if (!isYes(settings::config::kDeleteGet))
+        return;
+    const auto removed = session.connection()->removeFile(remotePath);
+    LogEvent event;
+    event.messageId = removed.ok() ? ids::kLogDeletionOk : ids::kLogDeletionFailed;
+    event.field1 = remotePath;
+    event.field2 = session.server();
+    event.detail = removed.ok() ? QString() : removed.text();
+    session.services().log.write(event);
+}
+
+std::chrono::milliseconds pipeWait(const CTransferSession& source, const CTransferSession& target)
+{
+    const auto stall = std::max(source.options().receiveStall, target.options().sendStall);
+    if (stall.count() <= 0)
+        return kPipeWaitWithoutTimeouts;
+    return stall + kPipeGrace;
+}
+
+} // namespace
+
+FtpResult putFile(CTransferSession& session, const QString& localPath, const QString& remotePath,
+    bool honourTransferType, qint64 fileSize, JobStart jobStart, bool keepSource)
+{
+    if (!session.isConnected())
+        return notConnected();
+    session.loadBufferSizes();
+    const auto type = transferTypeFor(localPath, honourTransferType);
+    QFile file(localPath);
+    // Unbuffered: the pump reads straight into libcurl's buffer.
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return FtpResult::fileFailure(file, errno);
+    if (session.cancelRequested())
+        return FtpResult::failure(ids::kPutCanceled); // before the remote file exists
+
+    RoundProgress progress(session, fileSize, jobStart, RoundProgress::Total::Transfer);
+    progress.start();
+    PutPump pump(session, file, fileSize, type, progress);
+    auto result = session.connection()->upload(
+        remotePath, type, type == TransferType::Text ? -1 : fileSize,
+        [&](char* buffer, qint64 room) { return pump.fill(buffer, room); },
+        [&] { return session.cancelRequested(); });
+    progress.finish();
+    if (!result.ok() && pump.failure())
+        result = *pump.failure();
+    file.close();
+    session.setTray(TrayState::Idle);
+    if (!result.ok())
+        return result;
+
+    TransferCounters::instance().addFileTransferred();
+    if (isYes(settings::config::kDeletePut) && !keepSource)
+        QFile::remove(localPath);
+    return result;
+}
+
+FtpResult getFile(CTransferSession& session, const QString& remotePath, const QString& localPath,
+    bool honourTransferType, qint64 fileSize, JobStart jobStart)
+{
+    if (!session.isConnected())
+        return notConnected();
+    session.loadBufferSizes();
+    const auto type = transferTypeFor(remotePath, honourTransferType);
+    RoundProgress progress(session, fileSize, jobStart, RoundProgress::Total::Transfer);
+    progress.start();
+    GetPump pump(session, localPath, type, progress);
+    auto result = session.connection()->download(
+        remotePath, type, [&](const char* data, qint64 size) { return pump.write(data, size); });
+    const auto finished = pump.finish(result.ok());
+    progress.finish();
+    session.setTray(TrayState::Idle);
+    if (!result.ok() && pump.failure())
+        result = *pump.failure();
+    else if (result.ok())
+        result = finished;
+    if (!result.ok())
+        return result;
+
+    TransferCounters::instance().addFileTransferred();
+    removeSourceAfterTransfer(session, remotePath);
+    return result;
+}
+
+FtpResult copyFile(CTransferSession& source, CTransferSession& target, const QString& sourcePath,
+    const QString& targetPath, bool honourTransferType, qint64 fileSize, JobStart jobStart)
+{
+    if (!source.isConnected() || !target.isConnected())
+        return notConnected();
+    source.loadBufferSizes();
+    const qint64 readBuffer = source.readBufferSize();
+    const qint64 writeBuffer = source.writeBufferSize();
+    const auto type = transferTypeFor(sourcePath, honourTransferType);
+    CopyPipe pipe(kPipeCapacity, pipeWait(source, target), source.stopToken());
+
+    // The upload runs on its own thread, from the first bytes of the source on.
+    FtpResult uploaded;
+    std::jthread uploader;
+    const auto startUpload = [&] {
+        uploader = std::jthread([&] {
+            uploaded = target.connection()->upload(targetPath, type, -1,
+                [&](char* buffer, qint64 room) { return pipe.pop(buffer, room); });
+            if (!uploaded.ok())
+                pipe.abandon();
+        });
+    };
+
+    RoundProgress progress(source, fileSize, jobStart, RoundProgress::Total::Copy);
+    progress.start();
+    source.setTray(TrayState::Sending);
+    auto& counters = TransferCounters::instance();
+    const qint64 gather = writeBuffer < readBuffer ? 1 : writeBuffer / readBuffer;
+    const auto downloaded
+        = source.connection()->download(sourcePath, type, [&](const char* data, qint64 size) {
+              if (!uploader.joinable())
+                  startUpload();
+              // Both ends speak the type's wire form: the bytes pass unchanged, the whole chunk
+              // at once. The rounds below count it as blocks read and pieces written.
+              if (!pipe.push(data, size))
+                  return false;
+              for (qint64 at = 0; at < size;) {
+                  qint64 round = 0;
+                  for (qint64 block = 0; block < gather && at + round < size; ++block) {
+                      const qint64 read = std::min(readBuffer, size - at - round);
+                      counters.addRemoteBytesRead(read);
+                      round += read;
+                  }
+                  const qint64 piece = writeBuffer < readBuffer ? writeBuffer : round;
+                  for (qint64 done = 0; done < round; done += piece)
+                      counters.addRemoteBytesWritten(std::min(piece, round - done));
+                  at += round;
+                  progress.round(round);
+              }
+              return true;
+          });
+    if (downloaded.ok()) {
+        if (!uploader.joinable())
+            startUpload(); // an empty source still makes an empty target
+        pipe.finish();
+    } else {
+        pipe.fail();
+    }
+    if (uploader.joinable())
+        uploader.join();
+    progress.finish();
+    source.setTray(TrayState::Idle);
+
+    FtpResult result = uploaded;
+    if (!downloaded.ok()) {
+        // A download aborted by us ended because the upload failed, which then says why.
+        const bool uploadFailedFirst = downloaded.code == ids::kGetCanceled
+            && !source.stopToken().stop_requested() && !uploaded.ok();
+        result = uploadFailedFirst ? uploaded : downloaded;
+    }
+    if (!result.ok() && pipe.timedOut())
+        result = FtpResult::failure(inet::kTimeout, QStringLiteral("the copy stalled"));
+    if (!result.ok())
+        return result;
+
+    counters.addFileTransferred();
+    removeSourceAfterTransfer(source, sourcePath);
+    return result;
+}
+
+} // namespace zelto

@@ -1,0 +1,115 @@
+#include "LogFile.h"
+
+#include "app/DataFolders.h"
+#include "app/SettingsStore.h"
+#include "platform/Paths.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace zelto {
+namespace {
+
+constexpr char kHeader[] = "FTP_SERVER_FILE";
+constexpr qsizetype kHeaderSize = sizeof(kHeader) - 1;
+constexpr int kTabsPerLine = 6;
+
+QByteArray headerLine()
+{
+    return QByteArray(kHeader) + '\n';
+}
+
+QByteArray recordLine(const LogRecord& record)
+{
+    QByteArray line = QByteArray::number(record.messageId);
+    for (const QString* text : { &record.time, &record.date, &record.field1, &record.field2,
+             &record.field3, &record.detail })
+        line += '\t' + text->toUtf8();
+    return line + '\n';
+}
+
+enum class Header { Present, Wrong, Unreadable };
+
+// Only the header's bytes are read: a log file may be large.
+Header readHeader(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return Header::Unreadable;
+    return file.read(kHeaderSize) == kHeader ? Header::Present : Header::Wrong;
+}
+
+LogFile::Result writeBytes(QFile& file, QIODevice::OpenMode mode, const QByteArray& bytes)
+{
+    if (!file.open(mode) || file.write(bytes) != bytes.size() || !file.flush())
+        return LogFile::Result::Failed;
+    return LogFile::Result::Written;
+}
+
+} // namespace
+
+LogFile::Result LogFile::append(const QString& path, const LogRecord& record, bool startFresh)
+{
+    QFile file(path);
+    const QFileInfo info(path);
+    if (!info.exists())
+        return writeBytes(
+            file, QIODevice::WriteOnly | QIODevice::NewOnly, headerLine() + recordLine(record));
+    // A folder, a pipe or a device is no log file; opening a pipe could wait forever.
+    if (!info.isFile())
+        return Result::Failed;
+    switch (readHeader(path)) {
+    case Header::Unreadable:
+        return Result::Failed;
+    case Header::Wrong:
+        return Result::BadHeader;
+    case Header::Present:
+        break;
+    }
+    if (startFresh)
+        return writeBytes(
+            file, QIODevice::WriteOnly | QIODevice::Truncate, headerLine() + recordLine(record));
+    return writeBytes(file, QIODevice::WriteOnly | QIODevice::Append, recordLine(record));
+}
+
+QList<LogRecord> LogFile::readRecords(const QString& path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return {};
+    QList<QByteArray> lines = file.readAll().split('\n');
+    // The piece after the last line feed is an unfinished line (or nothing): never a record.
+    lines.removeLast();
+    QList<LogRecord> records;
+    for (qsizetype i = 1; i < lines.size(); ++i) {
+        const QByteArray& line = lines[i];
+        if (line.count('\t') < kTabsPerLine)
+            continue;
+        const QStringList pieces = QString::fromUtf8(line).split(u'\t', Qt::SkipEmptyParts);
+        bool isNumber = false;
+        const int id = pieces.value(0).toInt(&isNumber);
+        if (!isNumber || id < 0)
+            continue;
+        LogRecord record;
+        record.setMessage(id);
+        record.seq = static_cast<quint32>(records.size() + 1);
+        record.time = pieces.value(1);
+        record.date = pieces.value(2);
+        record.field1 = pieces.value(3);
+        record.field2 = pieces.value(4);
+        record.field3 = pieces.value(5);
+        record.detail = pieces.value(6);
+        records.append(record);
+    }
+    return records;
+}
+
+QString LogFile::configuredPath()
+{
+    QString folder = SettingsStore::get(settings::log::kDefaultDir);
+    if (folder.isEmpty())
+        folder = DataFolders::appDataFolder();
+    return joinPath(folder, SettingsStore::get(settings::config::kLogFileNameForWriter));
+}
+
+} // namespace zelto

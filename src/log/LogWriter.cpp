@@ -1,0 +1,158 @@
+#include "LogWriter.h"
+
+#include "app/SettingsStore.h"
+#include "log/LogFile.h"
+#include "log/LogListener.h"
+#include "log/LogStamp.h"
+#include "platform/Notifier.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace zelto {
+namespace {
+
+using BoundedLock = std::unique_lock<std::timed_mutex>;
+
+constexpr char kViewAll[] = "ALL";
+constexpr char kViewSuccess[] = "SUCCESS";
+
+bool isYes(const settings::TextKey& key)
+{
+    return SettingsStore::get(key) == QLatin1StringView(settings::kYes);
+}
+
+LogFilter filterFromSettings()
+{
+    const QString view = SettingsStore::get(settings::log::kView);
+    if (view == QLatin1StringView(kViewAll))
+        return LogFilter::All;
+    if (view == QLatin1StringView(kViewSuccess))
+        return LogFilter::Successful;
+    return LogFilter::Unsuccessful;
+}
+
+QString oneLine(QString text)
+{
+    text.replace(u'\n', u' ');
+    text.replace(u'\r', u' ');
+    return text;
+}
+
+} // namespace
+
+LogWriter::LogWriter(Notifier& notifier, LogListener* listener) : notifier_(notifier)
+{
+    if (listener)
+        addListener(listener);
+    reloadSettings();
+}
+
+void LogWriter::reloadSettings()
+{
+    QList<LogRecord> earlier;
+    {
+        // Past the wait the settings are taken anyway, as a write would be.
+        const BoundedLock lock(mutex_, kLockWait);
+        showOnScreen_ = isYes(settings::log::kToScreen);
+        writeToFile_ = isYes(settings::log::kToFile);
+        filter_ = filterFromSettings();
+        timeFormat_ = SettingsStore::get(settings::log::kTimeFormat);
+        dateFormat_ = SettingsStore::get(settings::log::kDateFormat);
+        const QString path = LogFile::configuredPath();
+        bool pathChanged = false;
+        {
+            const std::lock_guard guard(pathMutex_);
+            pathChanged = path != path_;
+            path_ = path;
+        }
+        if (writeToFile_ && pathChanged && firstWriteOfRun_ && isYes(settings::log::kAppendLog))
+            earlier = LogFile::readRecords(path);
+    }
+    // Shown with their own stamps and new numbers, and kept out of the file they came from.
+    for (const LogRecord& record : earlier) {
+        write(LogEvent { static_cast<int>(record.messageId), record.field1, record.field2,
+            record.field3, record.detail, record.time, record.date, false });
+    }
+}
+
+void LogWriter::write(const LogEvent& event)
+{
+    bool switchedOff = false;
+    {
+        const BoundedLock lock(mutex_, kLockWait);
+        LogRecord record;
+        record.seq = ++counter_;
+        record.setMessage(event.messageId);
+        record.field1 = event.field1;
+        record.field2 = event.field2;
+        record.field3 = event.field3;
+        record.detail = oneLine(event.detail);
+        if (event.time && event.date) {
+            record.time = *event.time;
+            record.date = *event.date;
+        } else {
+            const QDateTime now = QDateTime::currentDateTime();
+            record.time = LogStamp::time(now, timeFormat_);
+            record.date = LogStamp::date(now, dateFormat_);
+        }
+        if (showOnScreen_)
+            deliver(record);
+        if (writeToFile_ && event.toFile)
+            switchedOff = appendToFile(record);
+    }
+    // Told outside the lock: the message may wait for the user, the other writers must not.
+    if (switchedOff)
+        notifier_.showMessage(StringTable::text(ids::kBadLogFileFormat), MessageIcon::Stop);
+}
+
+bool LogWriter::appendToFile(const LogRecord& record)
+{
+    const bool startFresh = firstWriteOfRun_
+        && SettingsStore::get(settings::log::kAppendLog) == QLatin1StringView(settings::kNo);
+    switch (LogFile::append(filePath(), record, startFresh)) {
+    case LogFile::Result::BadHeader:
+        // Two writers past the lock may both find it: only the first switches off and tells.
+        if (!writeToFile_.exchange(false))
+            return false;
+        SettingsStore::set(settings::log::kToFile, QString::fromLatin1(settings::kNo));
+        return true;
+    case LogFile::Result::Written:
+        firstWriteOfRun_ = false;
+        return false;
+    case LogFile::Result::Failed:
+        return false;
+    }
+    return false;
+}
+
+void LogWriter::deliver(const LogRecord& record)
+{
+    const bool visible = record.shownUnder(filter_);
+    const std::shared_lock guard(listenersMutex_);
+    for (LogListener* listener : listeners_)
+        listener->recordAdded(record, visible);
+}
+
+void LogWriter::addListener(LogListener* listener)
+{
+    const std::unique_lock guard(listenersMutex_);
+    listeners_.push_back(listener);
+}
+
+void LogWriter::removeListener(LogListener* listener)
+{
+    const std::unique_lock guard(listenersMutex_);
+    std::erase(listeners_, listener);
+}
+
+QString LogWriter::filePath() const
+{
+    const std::lock_guard guard(pathMutex_);
+    return path_;
+}
+
+} // namespace zelto

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "log/LogRecord.h"
+#include "log/LogSink.h"
+
+#include <QString>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <shared_mutex>
+#include <vector>
+
+namespace zelto {
+
+class LogListener;
+class Notifier;
+
+// The one log of the program: numbers each record, hands it to the listeners (the log view, the
+// console) and appends it to the log file. Every worker writes from its own thread; the writers
+// are serialised by a lock whose wait is bounded, so a stuck writer delays the others by at most
+// kLockWait and never blocks them.
+class LogWriter final : public LogSink {
+public:
+    static constexpr std::chrono::milliseconds kLockWait { 1500 };
+
+    // `listener`, when given, is there from the start, so it also receives the earlier records of
+    // a log that appends. Tells the user about an unusable log file through `notifier`.
+    explicit LogWriter(Notifier& notifier, LogListener* listener = nullptr);
+    LogWriter(const LogWriter&) = delete;
+    LogWriter& operator=(const LogWriter&) = delete;
+
+    void write(const LogEvent& event) override;
+
+    // Re-reads the LOG settings. When the file is on, its path changed, the log appends and this
+    // run has written nothing yet, the file's earlier records are shown again (not re-written).
+    void reloadSettings();
+
+    // A listener is never called again once removeListener has returned. Neither may be called
+    // from inside recordAdded.
+    void addListener(LogListener* listener);
+    void removeListener(LogListener* listener);
+
+    [[nodiscard]] QString filePath() const;
+    [[nodiscard]] LogFilter filter() const { return filter_; }
+
+private:
+    void deliver(const LogRecord& record);
+    // Returns true when the file proved to be no log file and file logging was just switched off.
+    [[nodiscard]] bool appendToFile(const LogRecord& record);
+
+    Notifier& notifier_;
+    // Past the bounded wait a write goes on without the lock, so the state it reads is atomic.
+    mutable std::timed_mutex mutex_;
+    std::atomic<quint32> counter_ { 0 };
+    std::atomic<bool> showOnScreen_ { false };
+    std::atomic<bool> writeToFile_ { false };
+    std::atomic<LogFilter> filter_ { LogFilter::All };
+    std::atomic<int> timeFormat_ { 0 };
+    std::atomic<int> dateFormat_ { 0 };
+    std::atomic<bool> firstWriteOfRun_ { true };
+    mutable std::mutex pathMutex_;
+    QString path_;
+
+    std::shared_mutex listenersMutex_;
+    std::vector<LogListener*> listeners_;
+};
+
+} // namespace zelto

@@ -1,0 +1,82 @@
+#include "FileListStore.h"
+
+#include "app/DataFolders.h"
+#include "platform/Notifier.h"
+#include "platform/OwnerOnly.h"
+#include "platform/Paths.h"
+#include "platform/StringTable.h"
+#include "profiles/FolderTree.h"
+#include "profiles/LinkUpkeep.h"
+#include "profiles/StoredFormats.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace zelto {
+
+FileListStore::FileListStore(Notifier& notifier, ProfileEvents& events)
+    : notifier_(notifier), events_(events)
+{
+}
+
+QString FileListStore::root()
+{
+    return DataFolders::files();
+}
+
+QStringList FileListStore::listFolders()
+{
+    return FolderTree::subFolders(root());
+}
+
+QString FileListStore::listFile(const QString& listFolder)
+{
+    return joinPath(listFolder, QLatin1String(listfile::kFileName));
+}
+
+std::optional<QString> FileListStore::folderForName(const QString& name)
+{
+    const QString folder = joinPath(root(), name);
+    const QFileInfo info(folder);
+    if (info.isDir())
+        return folder;
+    if (info.exists() || !QDir().mkdir(folder))
+        return std::nullopt;
+    restrictToOwner(folder);
+    return folder;
+}
+
+QString FileListStore::newFolder()
+{
+    return FolderTree::makeFolder(root(), StringTable::text(ids::kNewFolderLabel), notifier_);
+}
+
+QString FileListStore::renameList(const QString& listFolder, const QString& newLabel)
+{
+    if (FolderTree::isRoot(listFolder, root()))
+        return QString();
+    const QString newFolder = FolderTree::renameFolder(listFolder, newLabel, notifier_);
+    if (!newFolder.isEmpty())
+        LinkUpkeep::listRenamed(listFile(listFolder), listFile(newFolder), events_);
+    return newFolder;
+}
+
+bool FileListStore::deleteList(const QString& listFolder)
+{
+    if (FolderTree::isRoot(listFolder, root()) || !QFileInfo(listFolder).isDir())
+        return false;
+    const Question question { StringTable::text(ids::kDeleteProfileCaption),
+        StringTable::text(ids::kDeleteListQuestion), ids::kButtonYes, ids::kButtonAll, true,
+        ids::kButtonCancel };
+    if (notifier_.ask(question) == Answer::Cancelled)
+        return false;
+    // A list is one folder and its "flist.ini": the first two buttons mean the same here.
+    if (!QDir(listFolder).removeRecursively() && QFileInfo::exists(listFolder)) {
+        notifier_.showMessage(StringTable::text(ids::kCannotRemoveFolder), MessageIcon::Stop);
+        return false;
+    }
+    LinkUpkeep::listDeleted(listFile(listFolder), events_);
+    return true;
+}
+
+} // namespace zelto

@@ -1,0 +1,51 @@
+#include "LinkRun.h"
+
+#include "app/DataFolders.h"
+#include "app/SettingsStore.h"
+#include "profiles/FileList.h"
+#include "profiles/LinkFile.h"
+#include "profiles/StoredFormats.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+namespace zelto {
+namespace {
+
+QString cased(const QString& name, const QString& casing)
+{
+    if (casing == QLatin1String(settings::config::kCasingUpper))
+        return name.toUpper();
+    if (casing == QLatin1String(settings::config::kCasingLower))
+        return name.toLower();
+    return name;
+}
+
+} // namespace
+
+LinkPlan LinkRun::prepare(const QString& name)
+{
+    const QString casing = SettingsStore::get(settings::config::kFileCasingPut);
+    const Link link = LinkFile::read(DataFolders::linkFile(name));
+    LinkPlan plan;
+    QSet<QString> taken;
+    for (FileListEntry entry : FileList::readStored(link.files)) {
+        const QString path = entry.localPath();
+        const QFileInfo info(path);
+        if (!info.isFile() || taken.contains(path))
+            continue;
+        taken.insert(path);
+        entry.status = -1;
+        entry.size = info.size();
+        entry.lastWrite = info.lastModified().toMSecsSinceEpoch();
+        entry.remoteName
+            = cased(entry.remoteName.isEmpty() ? entry.localName : entry.remoteName, casing);
+        plan.totalBytes += entry.size;
+        plan.files.push_back(std::move(entry));
+    }
+    for (const LinkSite& site : link.sites)
+        plan.sites.push_back(SiteProfile::readSite(site.profile, linkfile::kValueBuffer));
+    return plan;
+}
+
+} // namespace zelto

@@ -1,0 +1,152 @@
+// The get engine against the pyftpdlib fixture: the remote folders mirrored under the local
+// folder by FTPDirTree, the local refusals, and names that would lead out of the local folder.
+
+#include "distribution/GetEngine.h"
+
+#include "EngineFixture.h"
+#include "app/SettingsStore.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+
+#include <QFile>
+
+namespace zelto::test {
+namespace {
+
+std::vector<int> resultsOf(const std::vector<FileEntry>& files)
+{
+    std::vector<int> results;
+    for (const auto& entry : files)
+        results.push_back(entry.result);
+    return results;
+}
+
+class GetEngineTest : public EngineFixture {
+protected:
+    // A file on the server, under its home.
+    void remoteFile(const QString& path, qint64 size)
+    {
+        ASSERT_TRUE(makeFile(home() + u'/' + path, size, ++seed_));
+    }
+
+    // An entry that fetches `remoteFolder`/`name` into `localFolder` under the local folder.
+    [[nodiscard]] FileEntry wanted(
+        const QString& remoteFolder, const QString& name, const QString& localFolder) const
+    {
+        FileEntry entry;
+        entry.remoteFolder = remoteFolder;
+        entry.remoteName = name;
+        entry.localName = name;
+        entry.localFolder = local(localFolder);
+        return entry;
+    }
+
+    int get(std::vector<FileEntry>& files, const EngineOptions& options = {})
+    {
+        auto job = session();
+        return runGetEngine(*job, siteOf(*server_), files, options);
+    }
+
+    void setMode(const char* value)
+    {
+        SettingsStore::set(settings::config::kFtpDirTree, QString::fromUtf8(value));
+    }
+};
+
+TEST_F(GetEngineTest, EachModeMirrorsTheRemoteFolders)
+{
+    remoteFile(QStringLiteral("data/2024/a.jpg"), 200'000);
+    remoteFile(QStringLiteral("data/2024/b.bin"), 0);
+    remoteFile(QStringLiteral("data/c.txt"), 33);
+    const QStringList remote = { "data/2024/a.jpg", "data/2024/b.bin", "data/c.txt" };
+    struct Case {
+        const char* value;
+        QStringList expected;
+    };
+    const Case cases[] = {
+        { settings::config::kDirTreeNoPath, { "a.jpg", "b.bin", "c.txt" } },
+        { settings::config::kDirTreeLastDir, { "2024/a.jpg", "2024/b.bin", "data/c.txt" } },
+        { settings::config::kDirTreeFullPath,
+            { "data/2024/a.jpg", "data/2024/b.bin", "data/c.txt" } },
+    };
+    int n = 0;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.value);
+        setMode(c.value);
+        recorder_.clear();
+        const auto into = QStringLiteral("in%1").arg(++n);
+        ASSERT_TRUE(QDir(local()).mkpath(into));
+        std::vector<FileEntry> files = {
+            wanted(QStringLiteral("/data/2024"), QStringLiteral("a.jpg"), into),
+            wanted(QStringLiteral("/data/2024/"), QStringLiteral("b.bin"), into),
+            wanted(QStringLiteral("/data"), QStringLiteral("c.txt"), into),
+        };
+
+        ASSERT_EQ(get(files), kEngineRan);
+        EXPECT_EQ(resultsOf(files), (std::vector<int> { 0, 0, 0 }));
+        const auto root = local(into);
+        EXPECT_EQ(filesUnder(root), c.expected);
+        for (int i = 0; i < remote.size(); ++i)
+            EXPECT_TRUE(sameBytes(home() + u'/' + remote[i], root + u'/' + c.expected[i]));
+        QStringList made;
+        for (const auto& folder : foldersUnder(root))
+            made.append(root + u'/' + folder);
+        EXPECT_EQ(logged(ids::kLogMakeDirectoryOk), made);
+    }
+}
+
+TEST_F(GetEngineTest, NamesThatWouldLeaveTheLocalFolderAreRefused)
+{
+    setMode(settings::config::kDirTreeLastDir);
+    remoteFile(QStringLiteral("x"), 5); // what "/data/../x" would fetch
+    remoteFile(QStringLiteral("data/ok.bin"), 5);
+    ASSERT_TRUE(QDir(local()).mkpath(QStringLiteral("in")));
+    const auto in = QStringLiteral("in");
+    std::vector<FileEntry> files = {
+        wanted(QStringLiteral("/data"), QStringLiteral("../x"), in),
+        wanted(QStringLiteral("/data"), QStringLiteral("..\\x"), in),
+        wanted(QStringLiteral("/data"), QStringLiteral(".."), in),
+        wanted(QStringLiteral("/data/.."), QStringLiteral("x"), in), // LAST_DIR would be ".."
+        wanted(QStringLiteral("/data"), QStringLiteral("ok.bin"), in),
+    };
+    files[1].remoteName = QStringLiteral("x"); // a local name of its own can lie as well
+
+    ASSERT_EQ(get(files), kEngineRan);
+    const int refused = int(LocalFileError::BadPath);
+    EXPECT_EQ(resultsOf(files), (std::vector<int> { refused, refused, refused, refused, 0 }));
+    EXPECT_TRUE(files[0].message.contains(QStringLiteral("/data/../x")))
+        << files[0].message.toStdString();
+    EXPECT_EQ(filesUnder(local()), QStringList { "in/data/ok.bin" });
+    EXPECT_EQ(server_->commandCount(QStringLiteral("RETR")), 1);
+}
+
+TEST_F(GetEngineTest, LocalFolderAndOverwriteRefusals)
+{
+    setMode(settings::config::kDirTreeLastDir);
+    remoteFile(QStringLiteral("data/2024/a.bin"), 5);
+    remoteFile(QStringLiteral("data/keep/k.bin"), 5);
+    remoteFile(QStringLiteral("data/new/n.bin"), 5);
+    ASSERT_TRUE(makeFile(local(QStringLiteral("in/2024")), 1, 7)); // a file where a folder goes
+    ASSERT_TRUE(makeFile(local(QStringLiteral("in/keep/k.bin")), 3, 8));
+    const auto in = QStringLiteral("in");
+    std::vector<FileEntry> files = {
+        wanted(QStringLiteral("/data/2024"), QStringLiteral("a.bin"), in),
+        wanted(QStringLiteral("/data/keep"), QStringLiteral("k.bin"), in),
+        wanted(QStringLiteral("/data/new"), QStringLiteral("n.bin"), in),
+    };
+
+    ASSERT_EQ(get(files), kEngineRan);
+    EXPECT_EQ(resultsOf(files), (std::vector<int> { 240, 239, 0 }));
+    EXPECT_EQ(files[0].message, StringTable::text(ids::kCannotCreateFolder));
+    EXPECT_EQ(files[1].message, StringTable::text(ids::kCannotOverwrite));
+    EXPECT_EQ(
+        logged(ids::kLogMakeDirectoryFailed), QStringList { local(QStringLiteral("in/2024")) });
+    QFile kept(local(QStringLiteral("in/keep/k.bin")));
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_EQ(kept.readAll(), makeBytes(3, 8));
+    EXPECT_TRUE(sameBytes(
+        home() + QStringLiteral("/data/new/n.bin"), local(QStringLiteral("in/new/n.bin"))));
+}
+
+} // namespace
+} // namespace zelto::test

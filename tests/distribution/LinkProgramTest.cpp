@@ -1,0 +1,155 @@
+// The real program running a link unattended, as cron would: its lines and its exit status.
+
+#include "DistributionFixture.h"
+#include "app/DataFolders.h"
+#include "platform/PrivateProfile.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+#include "profiles/FileList.h"
+#include "profiles/SiteProfile.h"
+#include "profiles/StoredFormats.h"
+
+#include <QProcess>
+
+namespace zelto::test {
+namespace {
+
+struct ProgramResult {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+class LinkProgramTest : public DistributionFixture {
+protected:
+    // Links "both" (sites 0 and 1), "all" (the three) and "empty" (no sites), over one list of
+    // the local tree's files.
+    void SetUp() override
+    {
+        DistributionFixture::SetUp();
+        if (IsSkipped() || HasFatalFailure())
+            return;
+        FileList list;
+        for (const FileEntry& file : fileSet())
+            list.add(listed(file.localFolder, file.localName));
+        listFile_ = DataFolders::files() + QStringLiteral("/web/") + listfile::kFileName;
+        QDir().mkpath(QFileInfo(listFile_).path());
+        ASSERT_TRUE(list.save(listFile_));
+        for (int i = 0; i < kServers; ++i) {
+            const auto& user = servers_[i]->users().front();
+            profiles_ << DataFolders::profiles() + QStringLiteral("/site%1.ini").arg(i);
+            ASSERT_TRUE(SiteProfile::write(profiles_.back(),
+                { FtpServer::host(), user.name, user.password, {}, {},
+                    QString::number(servers_[i]->port()) }));
+        }
+        writeLink(QStringLiteral("both"), { 0, 1 });
+        writeLink(QStringLiteral("all"), { 0, 1, 2 });
+        writeLink(QStringLiteral("empty"), {});
+    }
+
+    void writeLink(const QString& name, const std::vector<int>& sites) const
+    {
+        const QString file = DataFolders::linkFile(name);
+        const QString items = QLatin1String(linkfile::kItemsSection);
+        PrivateProfile::writeString(
+            file, items, QLatin1String(linkfile::kSites), QString::number(sites.size()));
+        PrivateProfile::writeString(file, items, QLatin1String(linkfile::kFiles), listFile_);
+        for (std::size_t i = 0; i < sites.size(); ++i) {
+            PrivateProfile::writeString(file,
+                QLatin1String(linkfile::kSiteSectionPrefix) + QString::number(i + 1),
+                QLatin1String(linkfile::kSite), profiles_[sites[i]]);
+        }
+    }
+
+    // Runs the real program with this test's settings and data, and no display.
+    static ProgramResult run(const QStringList& arguments)
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("DISPLAY"));
+        env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+        QProcess process;
+        process.setProcessEnvironment(env);
+        process.start(QStringLiteral(ZELTO_PROGRAM), arguments);
+        ProgramResult result;
+        if (!process.waitForFinished(60'000)) {
+            process.kill();
+            process.waitForFinished();
+            return result;
+        }
+        result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+        result.out = QString::fromLocal8Bit(process.readAllStandardOutput());
+        result.err = QString::fromLocal8Bit(process.readAllStandardError());
+        return result;
+    }
+
+    [[nodiscard]] QString label(int server) const
+    {
+        return FtpServer::host() + u':' + QString::number(servers_[server]->port());
+    }
+
+    QString listFile_;
+    QStringList profiles_;
+};
+
+TEST_F(LinkProgramTest, ExitStatusAndLinesTellWhatReachedEachSite)
+{
+    FtpFaults refused;
+    refused.refuseLogin = { QStringLiteral("*") };
+    servers_[2]->setFaults(refused);
+
+    struct Case {
+        const char* what;
+        QString link;
+        int exitCode;
+        std::vector<int> served;
+        std::vector<int> refused;
+        QString inOut;
+        QString inErr = {};
+    };
+    const Case cases[] = {
+        { "every site served", QStringLiteral("both"), 0, { 0, 1 }, {},
+            QStringLiteral("Link both: every file reached every site.") },
+        { "one site refuses the login", QStringLiteral("all"), 1, { 0, 1 }, { 2 },
+            QStringLiteral("Link all: 4 files not sent, at 1 of 3 sites.") },
+        { "a link without sites", QStringLiteral("empty"), 0, {}, {},
+            QStringLiteral("Link empty has no sites: nothing to send.") },
+        { "a missing link", QStringLiteral("nightly"), 2, {}, {}, {},
+            StringTable::text(ids::kLinkNotFound) },
+    };
+    for (const Case& c : cases) {
+        for (const auto& server : servers_) {
+            QDir(server->home()).removeRecursively();
+            QDir().mkpath(server->home());
+        }
+        const ProgramResult result = run({ QStringLiteral("-l"), c.link });
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.what << "\n" << result.err.toStdString();
+        EXPECT_TRUE(result.out.contains(c.inOut)) << c.what << ":\n" << result.out.toStdString();
+        EXPECT_TRUE(result.err.contains(c.inErr)) << c.what << ":\n" << result.err.toStdString();
+        for (const FileEntry& file : fileSet()) {
+            const QString path = file.localFolder + u'/' + file.localName;
+            for (int server : c.served) {
+                EXPECT_TRUE(
+                    result.out.contains(label(server) + QStringLiteral("  sent    ") + path))
+                    << c.what << ": " << path.toStdString();
+                EXPECT_TRUE(sameBytes(path, servers_[server]->home() + path)) << c.what;
+            }
+            for (int server : c.refused) {
+                EXPECT_TRUE(
+                    result.out.contains(label(server) + QStringLiteral("  failed  ") + path))
+                    << c.what << ": " << path.toStdString();
+            }
+        }
+        for (int server : c.served) {
+            EXPECT_TRUE(
+                result.out.contains(label(server) + QStringLiteral("  done: 4 sent, 0 failed")))
+                << c.what;
+        }
+        for (int server : c.refused) {
+            EXPECT_TRUE(result.out.contains(label(server) + QStringLiteral("  not reached")))
+                << c.what;
+        }
+    }
+}
+
+} // namespace
+} // namespace zelto::test

@@ -1,0 +1,187 @@
+// Every failure the engine maps, produced for real by the fixture servers, with the code and the
+// message the user reads.
+
+#include "ftp/FtpErrors.h"
+
+#include "FtpTestKit.h"
+#include "TestFiles.h"
+#include "ftp/CTransferSession.h"
+#include "ftp/TransferRoutines.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <set>
+
+namespace zelto::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
+{
+    SKIP_WITHOUT(FtpServer);
+    TempSettings settings;
+    useQuickTimeouts();
+    useDirectAccess();
+    Recorder recorder;
+    FtpServer server;
+    QTemporaryDir local;
+    const auto localFile = local.filePath("up.bin");
+    ASSERT_TRUE(makeFile(localFile, 3'000'000, 1));
+    ASSERT_TRUE(makeFile(server.home() + "/down.bin", 3'000'000, 2));
+    RefusingPort refusing;
+
+    // The session of a case: connected to `site`, or failed in connectJob.
+    const auto connect
+        = [&](CTransferSession& session, JobSite site) { return session.connectJob(site); };
+    const auto connected = [&](const std::function<FtpResult(CTransferSession&)>& work) {
+        return [&, work] {
+            CTransferSession session(recorder.services);
+            if (auto result = connect(session, siteOf(server)); !result.ok())
+                return result;
+            return work(session);
+        };
+    };
+    const auto connectTo = [&](const std::function<void(JobSite&)>& change) {
+        return [&, change] {
+            CTransferSession session(recorder.services);
+            auto site = siteOf(server);
+            change(site);
+            return connect(session, site);
+        };
+    };
+    const auto put = [&](const QString& remote) {
+        return connected([&, remote](CTransferSession& session) {
+            return putFile(session, localFile, remote, false, 3'000'000, {}, true);
+        });
+    };
+    const auto get = [&](const QString& remote) {
+        return connected([&, remote](CTransferSession& session) {
+            return getFile(session, remote, local.filePath("down.bin"), false, 3'000'000, {});
+        });
+    };
+
+    struct Case {
+        const char* name;
+        std::function<void(FtpFaults&)> fault;
+        std::function<FtpResult()> run;
+        std::set<int> codes; // a cut upload sees a reset or a closed socket, by timing
+        const char* message; // null: the table's text of the code
+        const char* detail; // part of the detail, or null
+    };
+    const Case cases[] = {
+        { "refused connection", {}, connectTo([&](JobSite& site) { site.port = refusing.port(); }),
+            { inet::kCannotConnect }, "The attempt to connect to the server failed.", nullptr },
+        { "unknown host", {},
+            connectTo([](JobSite& site) { site.server = "no-such-host.invalid"; }),
+            { inet::kNameNotResolved }, "The server name could not be resolved.\n", nullptr },
+        { "invalid server name", {}, connectTo([](JobSite& site) { site.server = "bad host"; }),
+            { inet::kInvalidUrl }, "The URL is invalid.", nullptr },
+        { "wrong password", {}, connectTo([](JobSite& site) { site.password = "wrong"; }),
+            { inet::kLoginFailed },
+            "The request to connect to and log on to an FTP server  failed.", "530" },
+        { "stalled server", [](FtpFaults& f) { f.stall["USER"] = FtpFaults::kForever; },
+            connectTo([](JobSite&) {}), { inet::kTimeout }, "The request has timed out.", nullptr },
+        { "missing folder", {}, connected([](CTransferSession& session) {
+             return session.connection()->changeFolder("nope");
+         }),
+            { inet::kServerError }, "An extended error was returned from the server.", "550" },
+        { "missing file", {}, get("nope.bin"), { inet::kServerError },
+            "An extended error was returned from the server.", "550" },
+        { "refused STOR", [](FtpFaults& f) { f.refuse = { "STOR" }; }, put("up.bin"),
+            { inet::kServerError }, "An extended error was returned from the server.",
+            "550 STOR refused by the test server." },
+        { "stalled transfer", [](FtpFaults& f) { f.stall["RETR"] = FtpFaults::kForever; },
+            get("down.bin"), { inet::kTimeout }, "The request has timed out.", nullptr },
+        { "dropped during get",
+            [](FtpFaults& f) {
+                f.closeDataAfter = 100'000;
+                f.closeDataOn = { "RETR" };
+            },
+            get("down.bin"), { inet::kConnectionTerminated },
+            "The connection with the server has been terminated.", nullptr },
+        { "dropped during put",
+            [](FtpFaults& f) {
+                f.closeDataAfter = 100'000;
+                f.closeDataOn = { "STOR" };
+            },
+            put("up.bin"), { inet::kConnectionReset, inet::kConnectionTerminated }, nullptr,
+            nullptr },
+        { "cancelled put", {}, connected([&](CTransferSession& session) {
+             session.requestCancel();
+             return putFile(session, localFile, "up.bin", false, 3'000'000, {}, true);
+         }),
+            { ids::kPutCanceled }, "FTP Put Canceled", nullptr },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        FtpFaults faults;
+        if (c.fault)
+            c.fault(faults);
+        server.setFaults(faults);
+        const auto result = c.run();
+        ASSERT_TRUE(c.codes.contains(result.code))
+            << result.code << ": " << result.text().toStdString();
+        if (c.message) {
+            EXPECT_EQ(result.message(), QString::fromUtf8(c.message));
+        } else {
+            EXPECT_EQ(result.message(), StringTable::errorMessage(result.code));
+        }
+        if (c.detail) {
+            EXPECT_TRUE(result.detail.contains(c.detail)) << result.detail.toStdString();
+        }
+        EXPECT_FALSE(result.text().contains("secret"));
+    }
+}
+
+// A user name the server turns down before it asks for a password (vsftpd here is anonymous only).
+TEST(FtpErrorsTest, RefusedUserNameIsToldApartFromARefusedLogin)
+{
+    SKIP_WITHOUT(Vsftpd);
+    TempSettings settings;
+    useQuickTimeouts();
+    useDirectAccess();
+    Recorder recorder;
+    Vsftpd server;
+    auto site = siteOf(server);
+    site.user = "zelto";
+    CTransferSession session(recorder.services);
+    const auto result = session.connectJob(site);
+    EXPECT_EQ(result.code, inet::kUserNameRefused) << result.text().toStdString();
+    EXPECT_EQ(result.message(),
+        "The request to connect and log on to an FTP server could\nnot be completed because the "
+        "supplied user name is incorrect.");
+    EXPECT_TRUE(result.detail.startsWith("530")) << result.detail.toStdString();
+}
+
+// Local file errors have no text in the table: ours says what happened and to which file.
+TEST(FtpErrorsTest, LocalFailuresNameTheFile)
+{
+    const struct {
+        LocalFileError error;
+        const char* words;
+    } cases[] = {
+        { LocalFileError::DiskFull, "The local disk is full" },
+        { LocalFileError::FileNotFound, "The local file was not found" },
+        { LocalFileError::EndOfFile, "The local file ended before all its bytes were sent" },
+        { LocalFileError::AccessDenied, "Access to the local file was denied" },
+    };
+    for (const auto& c : cases) {
+        const auto result = FtpResult::localFailure(c.error, "/data/a.bin", "system words");
+        EXPECT_TRUE(result.message().startsWith(c.words)) << result.message().toStdString();
+        EXPECT_TRUE(result.message().endsWith("/data/a.bin (system words)"));
+        EXPECT_EQ(result.text(), result.message());
+    }
+    // A code without a text keeps an empty message; its detail still reaches the log.
+    const auto unknown = FtpResult::failure(12050, "reply");
+    EXPECT_EQ(unknown.message(), "");
+    EXPECT_EQ(unknown.text(), "reply");
+}
+
+} // namespace
+} // namespace zelto::test

@@ -1,0 +1,506 @@
+// Put and get against both fixture servers, byte for byte, and every way a file can end early.
+
+#include "ftp/TransferRoutines.h"
+
+#include "FtpTestKit.h"
+#include "TestFiles.h"
+#include "ftp/CTransferSession.h"
+#include "ftp/FtpErrors.h"
+#include "ftp/JobProgress.h"
+#include "ftp/TransferCounters.h"
+#include "platform/StringIds.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+
+namespace zelto::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// One of the fixture servers, seen from both ends: the name a client uses for a file in its
+// writable folder, and where the server keeps that file.
+struct Target {
+    QString name;
+    JobSite site;
+    QString folder; // the writable folder, relative to the login's folder
+    QString root; // the local folder the login starts in
+
+    [[nodiscard]] QString remote(const QString& file) const
+    {
+        return folder.isEmpty() ? file : folder + u'/' + file;
+    }
+    [[nodiscard]] QString stored(const QString& file) const { return root + u'/' + remote(file); }
+};
+
+class TransferRoutinesTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (const auto reason = FtpServer::unavailableReason())
+            GTEST_SKIP() << reason->toStdString();
+        useQuickTimeouts(2);
+        useDirectAccess();
+        pyftpd_ = std::make_unique<FtpServer>();
+        targets_.push_back({ "pyftpdlib", siteOf(*pyftpd_), {}, pyftpd_->home() });
+        if (!Vsftpd::unavailableReason()) {
+            vsftpd_ = std::make_unique<Vsftpd>();
+            targets_.push_back(
+                { "vsftpd", siteOf(*vsftpd_), Vsftpd::uploadFolder(), vsftpd_->root() });
+        }
+    }
+
+    // A session connected to `target`, reporting to this test's recorder and progress.
+    std::unique_ptr<CTransferSession> connect(const Target& target, std::stop_token stop = {})
+    {
+        auto session = std::make_unique<CTransferSession>(recorder_.services, &progress_, stop);
+        const auto result = session->connectJob(target.site);
+        EXPECT_TRUE(result.ok()) << result.text().toStdString();
+        return session;
+    }
+
+    TempSettings settings_;
+    Recorder recorder_;
+    JobProgress progress_;
+    QTemporaryDir local_;
+    std::unique_ptr<FtpServer> pyftpd_;
+    std::unique_ptr<Vsftpd> vsftpd_;
+    std::vector<Target> targets_;
+};
+
+TEST_F(TransferRoutinesTest, PutAndGetAreByteExactWithBothServers)
+{
+    struct Case {
+        qint64 size;
+        int readBuffer;
+        int writeBuffer;
+    };
+    const Case cases[] = {
+        { 0, 4096, 4096 },
+        { 1, 4096, 4096 },
+        { 3'000'017, 4096, 1000 }, // each block written in four pieces and a rest
+        { 3'000'017, 1000, 4096 }, // four blocks gathered into one piece
+        { 700'001, 65536, 65536 },
+    };
+    for (const auto& target : targets_) {
+        auto session = connect(target);
+        for (const auto& c : cases) {
+            SCOPED_TRACE(QStringLiteral("%1: %2 bytes, %3/%4")
+                             .arg(target.name)
+                             .arg(c.size)
+                             .arg(c.readBuffer)
+                             .arg(c.writeBuffer)
+                             .toStdString());
+            SettingsStore::set(settings::ftp::kReadBuffer, c.readBuffer);
+            SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
+            const auto name = QStringLiteral("f%1_%2.bin").arg(c.size).arg(c.readBuffer);
+            const auto source = local_.filePath(name);
+            ASSERT_TRUE(makeFile(source, c.size, quint64(c.size + c.readBuffer)));
+            const auto before = TransferCounters::instance().snapshot();
+            recorder_.clear();
+
+            const auto put = putFile(*session, source, target.remote(name), true, c.size, {}, true);
+            ASSERT_TRUE(put.ok()) << put.text().toStdString();
+            EXPECT_TRUE(
+                waitUntil([&] { return QFileInfo(target.stored(name)).size() == c.size; }, 5s));
+            EXPECT_TRUE(sameBytes(source, target.stored(name)));
+            const auto afterPut = progress_.snapshot();
+            EXPECT_EQ(afterPut.fileDone, c.size);
+            if (c.size > 0) {
+                EXPECT_EQ(afterPut.text(JobProgress::Text::FileBytes),
+                    QStringLiteral("Sent %1 bytes out of %1 (100.00%)").arg(c.size));
+            }
+
+            const auto back = local_.filePath("back_" + name);
+            const auto get = getFile(*session, target.remote(name), back, true, c.size, {});
+            ASSERT_TRUE(get.ok()) << get.text().toStdString();
+            EXPECT_TRUE(sameBytes(source, back));
+            // The tray changes once per file and direction, never per block.
+            if (c.size > 0) {
+                using Tray = TrayState;
+                EXPECT_EQ(recorder_.tray(),
+                    (std::vector<Tray> { Tray::Sending, Tray::Idle, Tray::Busy, Tray::Idle }));
+            }
+
+            const auto after = TransferCounters::instance().snapshot();
+            EXPECT_EQ(after.filesTransferred - before.filesTransferred, 2);
+            EXPECT_EQ(after.remoteBytesWritten - before.remoteBytesWritten, c.size);
+            EXPECT_EQ(after.remoteBytesRead - before.remoteBytesRead, c.size);
+            EXPECT_EQ(after.localBytesRead - before.localBytesRead, c.size);
+            EXPECT_EQ(after.localBytesWritten - before.localBytesWritten, c.size);
+        }
+    }
+    // Every file of the job went over the one login.
+    EXPECT_EQ(pyftpd_->commandCount("USER"), 1);
+}
+
+TEST_F(TransferRoutinesTest, TextModeSendsCrlfAndBringsBackLocalLineEnds)
+{
+    SettingsStore::set(settings::config::kTextExtensions, "htm,txt");
+    // Lines across many rounds and libcurl buffers, so that line ends fall on every boundary.
+    QByteArray lines;
+    for (int i = 0; lines.size() < 600'000; ++i)
+        lines += QByteArray::number(i * 7919) + (i % 3 ? "\n" : " a longer line here\n");
+    QByteArray wire = lines;
+    wire.replace("\n", "\r\n");
+    struct Case {
+        const char* name;
+        QByteArray local;
+        int readBuffer;
+        int writeBuffer;
+    };
+    const Case cases[] = {
+        { "small.txt", "one\ntwo\r\nthree\n", 4096, 4096 }, // a CRLF already there stays one
+        { "lines.txt", lines, 1000, 4096 },
+        { "lines2.txt", lines, 4096, 1000 },
+    };
+    for (const auto& target : targets_) {
+        auto session = connect(target);
+        for (const auto& c : cases) {
+            SCOPED_TRACE((target.name + ": " + c.name).toStdString());
+            SettingsStore::set(settings::ftp::kReadBuffer, c.readBuffer);
+            SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
+            const auto source = local_.filePath(c.name);
+            ASSERT_TRUE(writeFile(source, c.local));
+            const auto put
+                = putFile(*session, source, target.remote(c.name), false, c.local.size(), {}, true);
+            ASSERT_TRUE(put.ok()) << put.text().toStdString();
+
+            auto crlf = c.local;
+            crlf.replace("\r\n", "\n").replace("\n", "\r\n");
+            auto lf = crlf;
+            lf.replace("\r\n", "\n");
+            // vsftpd keeps the bytes of the wire; pyftpdlib stores its own line ends (LF here).
+            const auto expectedStored = target.name == "vsftpd" ? crlf : lf;
+            EXPECT_TRUE(
+                waitUntil([&] { return contents(target.stored(c.name)) == expectedStored; }, 5s));
+
+            const auto back = local_.filePath(QStringLiteral("back_") + c.name);
+            const auto get = getFile(*session, target.remote(c.name), back, false, 0, {});
+            ASSERT_TRUE(get.ok()) << get.text().toStdString();
+            EXPECT_EQ(contents(back), lf);
+        }
+        // The TransferType option wins over the extension when honoured: bytes as they are.
+        SettingsStore::set(settings::ftp::kTransferType, "BINARY");
+        const auto source = local_.filePath("small.txt");
+        ASSERT_TRUE(putFile(*session, source, target.remote("raw.txt"), true, 15, {}, true).ok());
+        EXPECT_TRUE(waitUntil(
+            [&] { return contents(target.stored("raw.txt")) == "one\ntwo\r\nthree\n"; }, 5s));
+        SettingsStore::set(settings::ftp::kTransferType, "NotFound");
+    }
+}
+
+TEST_F(TransferRoutinesTest, NonAsciiNamesArriveAsTheyAre)
+{
+    const QString folder = QStringLiteral("Ünïcode ordner");
+    const QString name = QStringLiteral("Grüße € 日本.txt");
+    const QByteArray bytes = "content\n";
+    const auto source = local_.filePath(name);
+    ASSERT_TRUE(writeFile(source, bytes));
+    for (const auto& target : targets_) {
+        SCOPED_TRACE(target.name.toStdString());
+        auto session = connect(target);
+        ASSERT_TRUE(session->connection()->makeFolder(target.remote(folder)).ok());
+        const auto remote = target.remote(folder + u'/' + name);
+        const auto put = putFile(*session, source, remote, false, bytes.size(), {}, true);
+        ASSERT_TRUE(put.ok()) << put.text().toStdString();
+        EXPECT_TRUE(
+            waitUntil([&] { return contents(target.stored(folder + u'/' + name)) == bytes; }, 5s));
+        const auto back = local_.filePath("back " + name);
+        ASSERT_TRUE(getFile(*session, remote, back, false, bytes.size(), {}).ok());
+        EXPECT_EQ(contents(back), bytes);
+    }
+}
+
+TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
+{
+    auto session = connect(targets_.front());
+    struct PutCase {
+        const char* deletePut;
+        bool keepSource;
+        bool localStays;
+    };
+    for (const auto& c : { PutCase { "YES", false, false }, PutCase { "YES", true, true },
+             PutCase { "NO", false, true } }) {
+        SCOPED_TRACE(std::string(c.deletePut) + (c.keepSource ? " keep" : ""));
+        SettingsStore::set(settings::config::kDeletePut, c.deletePut);
+        const auto source = local_.filePath("put.bin");
+        ASSERT_TRUE(makeFile(source, 5000, 3));
+        recorder_.clear();
+        ASSERT_TRUE(putFile(*session, source, "put.bin", false, 5000, {}, c.keepSource).ok());
+        EXPECT_EQ(QFile::exists(source), c.localStays);
+        EXPECT_TRUE(recorder_.events().empty()); // deleting the local file is not logged
+    }
+
+    struct GetCase {
+        const char* deleteGet;
+        bool refuse;
+        std::vector<int> logged;
+        bool remoteStays;
+    };
+    const GetCase gets[] = {
+        { "YES", false, { ids::kLogDeletionOk }, false },
+        { "YES", true, { ids::kLogDeletionFailed }, true },
+        { "NO", false, {}, true },
+    };
+    for (const auto& c : gets) {
+        SCOPED_TRACE(std::string(c.deleteGet) + (c.refuse ? " refused" : ""));
+        SettingsStore::set(settings::config::kDeleteGet, c.deleteGet);
+        ASSERT_TRUE(makeFile(pyftpd_->home() + "/get.bin", 5000, 4));
+        FtpFaults faults;
+        if (c.refuse)
+            faults.refuse = { "DELE" };
+        pyftpd_->setFaults(faults);
+        recorder_.clear();
+        ASSERT_TRUE(getFile(*session, "get.bin", local_.filePath("get.bin"), false, 5000, {}).ok());
+        EXPECT_EQ(recorder_.logIds(), c.logged);
+        if (!c.logged.empty()) {
+            EXPECT_EQ(recorder_.events()[0].field1, "get.bin");
+            EXPECT_EQ(recorder_.events()[0].detail.contains("550"), c.refuse);
+        }
+        EXPECT_EQ(QFile::exists(pyftpd_->home() + "/get.bin"), c.remoteStays);
+    }
+}
+
+TEST_F(TransferRoutinesTest, CancelBeforeTheRemoteOpenCreatesNothing)
+{
+    auto session = connect(targets_.front());
+    const auto source = local_.filePath("c.bin");
+    ASSERT_TRUE(makeFile(source, 10'000, 5));
+    session->requestCancel();
+    const auto result = putFile(*session, source, "c.bin", false, 10'000, {}, true);
+    EXPECT_EQ(result.code, ids::kPutCanceled);
+    EXPECT_EQ(result.message(), "FTP Put Canceled");
+    EXPECT_EQ(pyftpd_->commandCount("STOR"), 0);
+    EXPECT_FALSE(QFile::exists(pyftpd_->home() + "/c.bin"));
+}
+
+// The source is a pipe that the test feeds: the put sends what came, then waits in a read for
+// more, and the cancel falls between two known rounds.
+TEST_F(TransferRoutinesTest, CancelDuringAPutLeavesThePartialFile)
+{
+    auto session = connect(targets_.front());
+    const auto pipe = local_.filePath("pipe");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const auto stored = pyftpd_->home() + "/part.bin";
+    // More than libcurl's buffer, so that a full buffer went out before the pump waits.
+    constexpr qint64 kFirst = 2 * FtpConnection::kCurlBufferSize;
+    constexpr qint64 kSent = FtpConnection::kCurlBufferSize;
+    // The feeder may still be writing when the put closes its end of the pipe.
+    const auto oldHandler = std::signal(SIGPIPE, SIG_IGN);
+    std::jthread feeder([&] {
+        QFile writer(pipe);
+        if (!writer.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            return;
+        writer.write(makeBytes(kFirst, 6));
+        if (!waitUntil([&] { return QFileInfo(stored).size() >= kSent; }, 10s))
+            return;
+        session->requestCancel();
+        writer.write(makeBytes(kFirst, 7));
+    });
+    const auto result = putFile(*session, pipe, "part.bin", false, 100 * kFirst, {}, true);
+    feeder.join();
+    std::signal(SIGPIPE, oldHandler);
+    EXPECT_EQ(result.code, ids::kPutCanceled) << result.text().toStdString();
+    EXPECT_GE(QFileInfo(stored).size(), kSent);
+    EXPECT_LT(QFileInfo(stored).size(), 100 * kFirst);
+}
+
+// A get waiting on a server that holds its reply: the worker's stop request ends it at once.
+TEST_F(TransferRoutinesTest, StopRequestEndsAGet)
+{
+    useQuickTimeouts(30); // far beyond the test: only the stop can end the wait
+    ASSERT_TRUE(makeFile(pyftpd_->home() + "/held.bin", 10'000, 8));
+    std::stop_source stop;
+    auto session = connect(targets_.front(), stop.get_token());
+    FtpFaults faults;
+    faults.stall["RETR"] = FtpFaults::kForever;
+    pyftpd_->setFaults(faults);
+    std::jthread user([&] {
+        if (waitUntil([&] { return pyftpd_->commandCount("RETR") == 1; }, 10s))
+            stop.request_stop();
+    });
+    const auto started = std::chrono::steady_clock::now();
+    const auto result
+        = getFile(*session, "held.bin", local_.filePath("held.bin"), false, 10'000, {});
+    EXPECT_EQ(result.code, ids::kGetCanceled) << result.text().toStdString();
+    EXPECT_LT(std::chrono::steady_clock::now() - started, 10s);
+    EXPECT_FALSE(QFile::exists(local_.filePath("held.bin")));
+}
+
+TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndNeverHang)
+{
+    // Passive: in active mode the server's 426 can overtake the data connection it closed, and
+    // libcurl then takes none of the bytes that were sent (the code is the same).
+    SettingsStore::set(settings::ftp::kPassive, "YES");
+    auto session = connect(targets_.front());
+    const auto home = pyftpd_->home();
+    ASSERT_TRUE(makeFile(home + "/remote.bin", 1'000'000, 9));
+    struct Case {
+        const char* name;
+        std::function<FtpResult()> run;
+        int code;
+        std::function<void(const FtpResult&)> check;
+    };
+    const auto shrunk = local_.filePath("shrunk.bin");
+    const auto partial = local_.filePath("partial.bin");
+    const Case cases[] = {
+        { "local file vanished",
+            [&] {
+                const auto gone = local_.filePath("gone.bin");
+                return putFile(*session, gone, "gone.bin", false, 10, {}, true);
+            },
+            int(LocalFileError::FileNotFound),
+            [&](const FtpResult& result) {
+                EXPECT_TRUE(result.message().contains(local_.filePath("gone.bin")));
+                EXPECT_FALSE(QFile::exists(home + "/gone.bin"));
+            } },
+        // The size was taken when the job was built; the file shrank before it was sent.
+        { "source shrank",
+            [&] {
+                EXPECT_TRUE(makeFile(shrunk, 200'000, 10));
+                const auto size = QFileInfo(shrunk).size();
+                EXPECT_TRUE(QFile::resize(shrunk, 50'000));
+                return putFile(*session, shrunk, "shrunk.bin", false, size, {}, true);
+            },
+            int(LocalFileError::EndOfFile),
+            [&](const FtpResult& result) {
+                EXPECT_TRUE(result.message().contains(shrunk));
+                EXPECT_TRUE(result.message().contains("50000 of 200000 bytes"));
+            } },
+        { "server closes during a get",
+            [&] {
+                FtpFaults faults;
+                faults.closeDataAfter = 100'000;
+                faults.closeDataOn = { "RETR" };
+                pyftpd_->setFaults(faults);
+                return getFile(*session, "remote.bin", partial, false, 1'000'000, {});
+            },
+            inet::kConnectionTerminated,
+            [&](const FtpResult&) {
+                EXPECT_EQ(QFileInfo(partial).size(), 100'000); // the partial file stays
+            } },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        pyftpd_->setFaults({});
+        const auto started = std::chrono::steady_clock::now();
+        const auto result = c.run();
+        EXPECT_EQ(result.code, c.code) << result.text().toStdString();
+        EXPECT_LT(std::chrono::steady_clock::now() - started, 5s);
+        c.check(result);
+        // The connection goes on with the next file.
+        pyftpd_->setFaults({});
+        const auto next = local_.filePath("next.bin");
+        ASSERT_TRUE(makeFile(next, 1000, 11));
+        EXPECT_TRUE(putFile(*session, next, "next.bin", false, 1000, {}, true).ok());
+    }
+}
+
+// A tiny file system mounted for the test (root only), or a file-size limit on this process.
+class FullDisk final {
+public:
+    enum class Kind { Tmpfs, SizeLimit };
+    static constexpr qint64 kRoom = 64 * 1024;
+
+    FullDisk(Kind kind, const QString& folder) : kind_(kind), folder_(folder)
+    {
+        if (kind == Kind::Tmpfs) {
+            QDir().mkpath(folder);
+            ready_ = ::geteuid() == 0
+                && ::mount("tmpfs", QFile::encodeName(folder).constData(), "tmpfs", 0, "size=64k")
+                    == 0;
+            if (!ready_)
+                why_ = "mounting a tmpfs needs root";
+            return;
+        }
+        oldHandler_ = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
+        ready_ = ::getrlimit(RLIMIT_FSIZE, &old_) == 0;
+        rlimit limited = old_;
+        limited.rlim_cur = kRoom;
+        ready_ = ready_ && ::setrlimit(RLIMIT_FSIZE, &limited) == 0;
+        if (!ready_)
+            why_ = "cannot set a file-size limit";
+    }
+    ~FullDisk()
+    {
+        if (kind_ == Kind::Tmpfs) {
+            if (ready_)
+                ::umount2(QFile::encodeName(folder_).constData(), MNT_DETACH);
+            return;
+        }
+        if (ready_)
+            ::setrlimit(RLIMIT_FSIZE, &old_);
+        std::signal(SIGXFSZ, oldHandler_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+    [[nodiscard]] bool ready() const { return ready_; }
+    [[nodiscard]] const char* why() const { return why_; }
+
+private:
+    Kind kind_;
+    QString folder_;
+    bool ready_ = false;
+    const char* why_ = "";
+    rlimit old_ {};
+    void (*oldHandler_)(int) = SIG_DFL;
+};
+
+TEST_F(TransferRoutinesTest, FullDiskOnAGetSaysSoAndNamesThePartialFile)
+{
+    ASSERT_TRUE(makeFile(pyftpd_->home() + "/big.bin", 1'000'000, 12));
+    auto session = connect(targets_.front());
+    for (const auto kind : { FullDisk::Kind::Tmpfs, FullDisk::Kind::SizeLimit }) {
+        const bool tmpfs = kind == FullDisk::Kind::Tmpfs;
+        SCOPED_TRACE(tmpfs ? "full file system" : "file-size limit");
+        const auto folder = local_.filePath(tmpfs ? "small-disk" : "limited");
+        QDir().mkpath(folder);
+        const auto target = folder + "/big.bin";
+        FtpResult result;
+        {
+            FullDisk disk(kind, folder);
+            if (!disk.ready()) {
+                std::cout << "[ SKIPPED  ] " << disk.why() << '\n';
+                continue;
+            }
+            result = getFile(*session, "big.bin", target, false, 1'000'000, {});
+        }
+        EXPECT_EQ(result.code, int(LocalFileError::DiskFull)) << result.text().toStdString();
+        EXPECT_TRUE(result.message().startsWith("The local disk is full"));
+        EXPECT_TRUE(result.message().contains(target)) << result.message().toStdString();
+        if (!tmpfs) { // the partial file outlives only the limit, not the unmounted disk
+            EXPECT_GT(QFileInfo(target).size(), 0);
+            EXPECT_LE(QFileInfo(target).size(), FullDisk::kRoom);
+        }
+    }
+}
+
+} // namespace
+} // namespace zelto::test

@@ -1,0 +1,176 @@
+#include "ftp/ProgressText.h"
+#include "ftp/RunningTime.h"
+#include "ftp/TransferCounters.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <limits>
+#include <thread>
+#include <vector>
+
+namespace zelto {
+namespace {
+
+constexpr qint64 kFiveGiB = 5LL * 1024 * 1024 * 1024;
+
+TEST(ProgressText, FormatDurationKeepsSinglePrecisionRounding)
+{
+    const struct {
+        double seconds;
+        const char* text;
+    } cases[] = {
+        { 0, "0 secs" },
+        { 59.6, "60 secs" }, // rounded by the format, still the seconds form
+        { 60, "1 min 0 secs" },
+        { 119.99999, "2 min 59 secs" }, // single precision rounds into the next minute
+        { 3599, "59 min 59 secs" },
+        { 3600, "1 hr 0 min 0 secs" },
+        { 3725, "1 hr 2 min 5 secs" },
+        { 90061, "25 hr 1 min 1 secs" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ProgressText::formatDuration(c.seconds), QLatin1String(c.text)) << c.seconds;
+}
+
+TEST(ProgressText, FormatCountGroupsDigits)
+{
+    const struct {
+        qint64 value;
+        const char* text;
+    } cases[] = {
+        { 0, "" },
+        { 7, "7" },
+        { 999, "999" },
+        { 1000, "1,000" },
+        { 1234567, "1,234,567" },
+        { kFiveGiB, "5,368,709,120" },
+        { -999, "-999" },
+        { -1234, "-1,234" },
+        { std::numeric_limits<qint64>::max(), "9,223,372,036,854,775,807" },
+        { std::numeric_limits<qint64>::min(), "-9,223,372,036,854,775,808" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ProgressText::formatCount(c.value), QLatin1String(c.text)) << c.value;
+}
+
+TEST(ProgressText, TimeLeftInItsThreeForms)
+{
+    const struct {
+        double seconds;
+        const char* text;
+    } cases[] = {
+        { 0, "Left: 0.00 secs" },
+        { 12.345, "Left: 12.35 secs" },
+        { 60, "Left: 60.00 secs" },
+        { 60.5, "Left: 01:00" },
+        { 61, "Left: 01:01" },
+        { 3599.9, "Left: 59:59" },
+        { 3600, "Left: 60:00" },
+        { 3600.5, "Left: 01:00:00" },
+        { 3659, "Left: 01:00:59" },
+        { 3660, "Left: 01:00:60" }, // 60 s into the hour: 0 minutes and 60 seconds
+        { 3661, "Left: 01:01:01" },
+        { 3720, "Left: 01:02:00" },
+        { 90061, "Left: 25:01:01" },
+        { 360000, "Left: 100:00:00" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ProgressText::timeLeftText(c.seconds), QLatin1String(c.text)) << c.seconds;
+}
+
+TEST(ProgressText, BytesTextCarriesSixtyFourBitCounts)
+{
+    const struct {
+        qint64 moved;
+        qint64 total;
+        const char* text;
+    } cases[] = {
+        { 0, 100, "Sent 0 bytes out of 100 (0.00%)" },
+        { 1, 3, "Sent 1 bytes out of 3 (33.33%)" },
+        { 4LL * 1024 * 1024 * 1024, kFiveGiB, "Sent 4294967296 bytes out of 5368709120 (80.00%)" },
+        { kFiveGiB, kFiveGiB, "Sent 5368709120 bytes out of 5368709120 (100.00%)" },
+        { 0, 0, "Sent 0 bytes out of 0 (0.00%)" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ProgressText::bytesText(c.moved, c.total), QLatin1String(c.text)) << c.text;
+}
+
+TEST(ProgressText, RateAndRemainingTime)
+{
+    EXPECT_DOUBLE_EQ(ProgressText::rateKbs(1500, 0), 1.5); // no whole second yet counts as one
+    EXPECT_DOUBLE_EQ(ProgressText::rateKbs(1500, 3), 0.5);
+    EXPECT_EQ(ProgressText::rateText(ProgressText::rateKbs(kFiveGiB, 1)),
+        QLatin1String("5368709.12 kbs"));
+    EXPECT_EQ(ProgressText::rateText(0), QLatin1String("0.00 kbs"));
+
+    EXPECT_DOUBLE_EQ(ProgressText::remainingSeconds(1000, 250, 10), 30.0);
+    EXPECT_DOUBLE_EQ(ProgressText::remainingSeconds(kFiveGiB, kFiveGiB / 5, 10), 40.0);
+    EXPECT_DOUBLE_EQ(ProgressText::remainingSeconds(1000, 0, 10), 0.0);
+}
+
+TEST(RunningTime, AddsSecondsModuloSixtyWithTheWrap)
+{
+    using namespace std::chrono_literals;
+    const auto start = RunningTime::Clock::time_point {} + 1000s;
+    RunningTime time(start);
+    const struct {
+        std::chrono::milliseconds since;
+        int amount;
+    } rounds[] = {
+        { 0ms, 0 },
+        { 900ms, 0 },
+        { 1200ms, 1 },
+        { 30s, 29 },
+        { 59500ms, 29 },
+        { 60200ms, -59 }, // the minute wraps: once a minute the amount is negative
+        { 61s, 1 },
+        { 125s, 4 },
+    };
+    for (const auto& r : rounds)
+        EXPECT_EQ(time.advance(start + r.since), r.amount) << r.since.count();
+
+    // The next file starts again from 0, whatever the time since the job start.
+    RunningTime nextFile(start);
+    EXPECT_EQ(nextFile.advance(start + 75s), 15);
+}
+
+TEST(RunningTime, RateSecondsAreWholeAndAtLeastOne)
+{
+    using namespace std::chrono_literals;
+    const auto start = RunningTime::Clock::time_point {} + 1000s;
+    EXPECT_EQ(RunningTime::rateSeconds(start, start), 1);
+    EXPECT_EQ(RunningTime::rateSeconds(start, start + 999ms), 1);
+    EXPECT_EQ(RunningTime::rateSeconds(start, start + 2500ms), 2);
+    EXPECT_EQ(RunningTime::rateSeconds(start, start - 5s), 1);
+}
+
+TEST(TransferCounters, ConcurrentWorkersLoseNothing)
+{
+    auto& counters = TransferCounters::instance();
+    const auto before = counters.snapshot();
+    constexpr int kWorkers = 4;
+    constexpr int kRounds = 20000;
+    {
+        std::vector<std::jthread> workers;
+        for (int w = 0; w < kWorkers; ++w) {
+            workers.emplace_back([&counters] {
+                for (int i = 0; i < kRounds; ++i) {
+                    counters.addRemoteBytesWritten(kFiveGiB);
+                    counters.addFileTransferred();
+                    counters.addTransferSeconds(i % 2 ? 1.0 : -0.5);
+                }
+            });
+        }
+    }
+    const auto after = counters.snapshot();
+    EXPECT_EQ(after.remoteBytesWritten - before.remoteBytesWritten,
+        qint64(kWorkers) * kRounds * kFiveGiB);
+    EXPECT_EQ(after.filesTransferred - before.filesTransferred, kWorkers * kRounds);
+    EXPECT_DOUBLE_EQ(after.transferSeconds - before.transferSeconds, kWorkers * kRounds * 0.25);
+    EXPECT_EQ(after.localBytesRead, before.localBytesRead);
+    EXPECT_EQ(after.copySeconds, before.copySeconds);
+}
+
+} // namespace
+} // namespace zelto

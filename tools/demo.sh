@@ -1,0 +1,145 @@
+#!/usr/bin/env bash
+# The demo of a real distribution: three FTP servers on this machine (one of them refuses every
+# login, to show how a failure is reported), a small web site in nested folders, three site
+# profiles, a file list and a link joining them; then Zelto sends the link unattended
+# ("zelto -l demo") and the script shows where each file landed.
+#
+#   tools/demo.sh [BUILD_DIR]
+#
+# Settings and data live under BUILD_DIR/demo-home, never in your own. The servers stop when the
+# script ends, also when it is interrupted.
+set -euo pipefail
+
+ROOT=$(cd "$(dirname "$0")/.." && pwd)
+BUILD=$(cd "${1:-build}" && pwd)
+ZELTO="$BUILD/zelto"
+DEMO="$BUILD/demo-home"
+SERVER_SCRIPT="$ROOT/tests/support/ftp_server.py"
+PYTHON=/usr/bin/python3
+[ -x "$PYTHON" ] || PYTHON=python3
+[ -x "$ZELTO" ] || { echo "build $ZELTO first (make build)" >&2; exit 2; }
+
+NAMES=(alpha beta gamma)
+REFUSING=gamma
+PIDS=()
+
+stop_servers() {
+  # Closing their standard input ends them; the signal is for a server that does not listen.
+  for fd in 3 4 5; do eval "exec $fd>&-" 2>/dev/null || true; done
+  for pid in "${PIDS[@]}"; do kill "$pid" 2>/dev/null || true; done
+  for pid in "${PIDS[@]}"; do wait "$pid" 2>/dev/null || true; done
+}
+trap stop_servers EXIT
+trap 'exit 130' INT TERM
+
+# A fresh demo: the last run's servers, data and settings go.
+rm -rf "$DEMO"
+mkdir -p "$DEMO/config/Pellmoor" "$DEMO/data/Pellmoor/Zelto"/{Profiles,Files/website,Links} \
+  "$DEMO/run"
+export XDG_CONFIG_HOME="$DEMO/config" XDG_DATA_HOME="$DEMO/data"
+DATA="$DEMO/data/Pellmoor/Zelto"
+
+echo "== Starting three FTP servers on 127.0.0.1 ($REFUSING refuses every login)"
+fd=3
+for name in "${NAMES[@]}"; do
+  mkdir -p "$DEMO/servers/$name"
+  faults='{}'
+  [ "$name" = "$REFUSING" ] && faults='{"refuse_login": ["*"]}'
+  cat > "$DEMO/run/$name.json" <<EOF
+{"users": [{"name": "demo", "password": "demo", "home": "$DEMO/servers/$name"}],
+ "faults": $faults}
+EOF
+  mkfifo "$DEMO/run/$name.in"
+  "$PYTHON" "$SERVER_SCRIPT" --config "$DEMO/run/$name.json" \
+    < "$DEMO/run/$name.in" > "$DEMO/run/$name.port" 2> "$DEMO/run/$name.err" &
+  PIDS+=($!)
+  eval "exec $fd> \"$DEMO/run/$name.in\""
+  fd=$((fd + 1))
+done
+declare -A PORT
+for name in "${NAMES[@]}"; do
+  for _ in $(seq 100); do
+    grep -q '^PORT ' "$DEMO/run/$name.port" 2>/dev/null && break
+    sleep 0.1
+  done
+  read -r _ PORT[$name] < "$DEMO/run/$name.port" || true
+  [ -n "${PORT[$name]:-}" ] || { echo "server $name did not start:" >&2; cat "$DEMO/run/$name.err" >&2; exit 1; }
+  echo "   $name  port ${PORT[$name]}  serving $DEMO/servers/$name"
+done
+
+echo "== A small web site in nested folders"
+SITE="$DEMO/www"
+mkdir -p "$SITE/css" "$SITE/img/icons"
+echo "<html><body><h1>Zelto demo</h1></body></html>" > "$SITE/index.html"
+echo "body { font-family: sans-serif; }" > "$SITE/css/site.css"
+head -c 200000 /dev/urandom > "$SITE/img/photo.jpg"
+head -c 1500 /dev/urandom > "$SITE/img/icons/home.ico"
+find "$SITE" -type f | sort | sed "s|^$DEMO/|   |"
+
+echo "== Settings, three site profiles, the file list \"website\" and the link \"demo\""
+# Direct access (no proxy from the environment), short time-outs, and each file placed under the
+# site's folder in the folders it comes from (FULL_PATH: the whole local folder is re-created).
+cat > "$DEMO/config/Pellmoor/Zelto.conf" <<EOF
+[CONFIG]
+FTPDirTree=FULL_PATH
+
+[FTP]
+AccessType=DirectAccess
+ConnectTo=5
+RecTo=5
+SendTo=5
+RecToCtrl=5
+SendToCtrl=5
+Retry=0
+EOF
+for name in "${NAMES[@]}"; do
+  cat > "$DATA/Profiles/$name.ini" <<EOF
+[Settings]
+Host=127.0.0.1
+User=demo
+Password=demo
+Remote Path=
+Description=demo server $name
+Port=${PORT[$name]}
+EOF
+done
+files=()
+while IFS= read -r path; do files+=("$path"); done < <(find "$SITE" -type f | sort)
+{
+  echo "[LIST]"
+  echo "NumItems=${#files[@]}"
+  i=1
+  for path in "${files[@]}"; do
+    printf '[FILE%d]\nLocalName=%s\nFolder=%s\nRemoteName=\nSize=%d\n' \
+      "$i" "$(basename "$path")" "$(dirname "$path")" "$(stat -c %s "$path")"
+    i=$((i + 1))
+  done
+} > "$DATA/Files/website/flist.ini"
+{
+  echo "[LinkItems]"
+  echo "Sites=${#NAMES[@]}"
+  echo "Files=$DATA/Files/website/flist.ini"
+  i=1
+  for name in "${NAMES[@]}"; do
+    printf '[SITE%d]\nSITE=%s\n' "$i" "$DATA/Profiles/$name.ini"
+    i=$((i + 1))
+  done
+} > "$DATA/Links/demo.ini"
+chmod -R go-rwx "$DATA"
+echo "   $DATA"
+
+MODE="headless, no display"
+[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && MODE="with the display; the window stays hidden in a link run"
+echo "== zelto -l demo ($MODE)"
+status=0
+"$ZELTO" -l demo || status=$?
+echo "   exit status $status (0: every file reached every site, 1: some did not)"
+
+echo "== Where the files landed (under each server's folder, in the local folders they came from)"
+(cd "$DEMO/servers" && find . -type f -printf '   %P  (%s bytes)\n' | sort)
+for name in "${NAMES[@]}"; do
+  [ -n "$(find "$DEMO/servers/$name" -type f)" ] || echo "   $name: nothing (it refused the login)"
+done
+LOG=$(find "$DATA" -maxdepth 1 -name '*.log' | head -n 1)
+[ -n "$LOG" ] && echo "== The log of the run: $LOG"
+exit 0
