@@ -222,8 +222,13 @@ FtpResult FtpConnection::open()
 void FtpConnection::close()
 {
     if (handle_)
-        curl_easy_cleanup(handle_); // sends QUIT, bounded by the reply time-out
+        curl_easy_cleanup(handle_);
+    // The control connection lives in the multi handle's cache: its clean-up sends QUIT, bounded
+    // by the reply time-out.
+    if (multi_)
+        curl_multi_cleanup(multi_);
     handle_ = nullptr;
+    multi_ = nullptr;
     open_ = false;
 }
 
@@ -380,7 +385,7 @@ FtpResult FtpConnection::perform(const Request& request)
     write_ = request.write;
     abort_ = request.abort;
     aborted_ = false;
-    lastCode_ = curl_easy_perform(h);
+    lastCode_ = run(h);
     read_ = nullptr;
     write_ = nullptr;
     abort_ = nullptr;
@@ -414,6 +419,35 @@ FtpResult FtpConnection::perform(const Request& request)
     if (detail.isEmpty())
         detail = QString::fromUtf8(curl_easy_strerror(lastCode_));
     return FtpResult::failure(code, detail);
+}
+
+// libcurl 7.88's easy perform can sit a whole second in poll() between the server's passive-mode
+// reply and the connect of the data connection, waiting on nothing but its own wake-up: a second
+// per file. Driven through a multi handle whose poll is capped at 20 ms it never stalls. The
+// multi handle is kept, so the control connection and its login are reused from one call to
+// the next.
+CURLcode FtpConnection::run(CURL* handle)
+{
+    if (!multi_)
+        multi_ = curl_multi_init();
+    if (!multi_ || curl_multi_add_handle(multi_, handle) != CURLM_OK)
+        return CURLE_OUT_OF_MEMORY;
+    int running = 1;
+    CURLMcode state = CURLM_OK;
+    while (state == CURLM_OK) {
+        state = curl_multi_perform(multi_, &running);
+        if (state != CURLM_OK || running == 0)
+            break;
+        state = curl_multi_poll(multi_, nullptr, 0, 20, nullptr);
+    }
+    CURLcode result = state == CURLM_OK ? CURLE_OK : CURLE_OUT_OF_MEMORY;
+    int left = 0;
+    while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
+        if (message->msg == CURLMSG_DONE && message->easy_handle == handle)
+            result = message->data.result;
+    }
+    curl_multi_remove_handle(multi_, handle);
+    return result;
 }
 
 FtpResult FtpConnection::quote(const QByteArrayList& commands, std::vector<FtpReply>& replies)

@@ -105,6 +105,8 @@ private:
     [[nodiscard]] std::vector<FtpReply> replies() const;
     [[nodiscard]] bool abortRequested() const;
 
+    [[nodiscard]] CURLcode run(CURL* handle);
+
     static size_t onHeader(char* data, size_t size, size_t count, void* self);
     static size_t onRead(char* buffer, size_t size, size_t count, void* self);
     static size_t onWrite(char* data, size_t size, size_t count, void* self);
@@ -114,6 +116,8 @@ private:
     std::stop_token stop_;
     ServerLogin login_;
     CURL* handle_ = nullptr;
+    // Owns the cached control connection while the handle is not running.
+    CURLM* multi_ = nullptr;
     QByteArray baseUrl_; // "ftp://host:port/"
     QByteArray user_;
     QByteArray password_;
