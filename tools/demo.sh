@@ -45,12 +45,15 @@ for name in "${NAMES[@]}"; do
   mkdir -p "$DEMO/servers/$name"
   faults='{}'
   [ "$name" = "$REFUSING" ] && faults='{"refuse_login": ["*"]}'
+  echo "$faults" > "$DEMO/run/$name.faults.json"
+  # The user both as "user" and as a "users" list: the test server has read either form.
+  user="{\"name\": \"demo\", \"password\": \"demo\", \"home\": \"$DEMO/servers/$name\"}"
   cat > "$DEMO/run/$name.json" <<EOF
-{"users": [{"name": "demo", "password": "demo", "home": "$DEMO/servers/$name"}],
- "faults": $faults}
+{"user": $user, "users": [$user], "faults_file": "$DEMO/run/$name.faults.json"}
 EOF
   mkfifo "$DEMO/run/$name.in"
   "$PYTHON" "$SERVER_SCRIPT" --config "$DEMO/run/$name.json" \
+    --command-log "$DEMO/run/$name.commands" \
     < "$DEMO/run/$name.in" > "$DEMO/run/$name.port" 2> "$DEMO/run/$name.err" &
   PIDS+=($!)
   eval "exec $fd> \"$DEMO/run/$name.in\""

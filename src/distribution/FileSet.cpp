@@ -5,6 +5,7 @@
 #include "platform/Paths.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "profiles/NameCasing.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -86,15 +87,6 @@ FileSet FileSet::build(const std::vector<FileListEntry>& entries)
             info.isFile() ? info.size() : entry.size);
     }
     return set;
-}
-
-QString FileSet::casedName(const QString& name, const QString& casing)
-{
-    if (casing == QLatin1StringView(settings::config::kCasingUpper))
-        return name.toUpper();
-    if (casing == QLatin1StringView(settings::config::kCasingLower))
-        return name.toLower();
-    return name;
 }
 
 } // namespace zelto

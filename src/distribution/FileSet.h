@@ -33,9 +33,6 @@ public:
     // its listed size, so that its failure is reported like any other.
     [[nodiscard]] static FileSet build(const std::vector<FileListEntry>& entries);
 
-    // `name` in the case that `casing` (a FileCasingPut value) asks for; an unknown value keeps it.
-    [[nodiscard]] static QString casedName(const QString& name, const QString& casing);
-
     [[nodiscard]] const std::vector<FileEntry>& files() const { return files_; }
     [[nodiscard]] qint64 totalBytes() const { return totalBytes_; }
     [[nodiscard]] bool isEmpty() const { return files_.empty(); }

@@ -126,24 +126,28 @@ void TransferJob::cancelCurrentSite()
     {
         const std::lock_guard lock(mutex_);
         const auto worker = walker_;
-        if (!worker || worker->next >= worker->sites.size()) {
-            // The list is done; nothing is left to cancel.
-        } else if (worker->connected.load(std::memory_order_acquire) && worker->session) {
-            worker->cancelSite.store(true, std::memory_order_release);
-            worker->session->requestCancel();
-        } else {
-            // Not logged in yet: the worker may be anywhere in the connect, so it is stopped
-            // and keeps only this site, which it hands to the outcome sink on its way out.
-            const auto rest = worker->sites.begin() + std::ptrdiff_t(worker->next) + 1;
-            std::vector<JobSite> later(rest, worker->sites.end());
-            worker->sites.erase(rest, worker->sites.end());
-            worker->cancelSite.store(true, std::memory_order_release);
-            worker->stop.request_stop();
-            if (!later.empty())
-                launchWorker(std::move(later));
-        }
+        if (worker && worker->next < worker->sites.size())
+            cancelSiteOf(*worker);
     }
     gate_.resume();
+}
+
+void TransferJob::cancelSiteOf(Worker& worker)
+{
+    if (worker.connected.load(std::memory_order_acquire) && worker.session) {
+        worker.cancelSite.store(true, std::memory_order_release);
+        worker.session->requestCancel();
+        return;
+    }
+    // Not logged in yet: the worker may be anywhere in the connect, so it is stopped and keeps
+    // only this site, which it hands to the outcome sink on its way out.
+    const auto rest = worker.sites.begin() + std::ptrdiff_t(worker.next) + 1;
+    std::vector<JobSite> later(rest, worker.sites.end());
+    worker.sites.erase(rest, worker.sites.end());
+    worker.cancelSite.store(true, std::memory_order_release);
+    worker.stop.request_stop();
+    if (!later.empty())
+        launchWorker(std::move(later));
 }
 
 void TransferJob::work(const std::shared_ptr<Worker>& worker, std::stop_token stop)
@@ -176,7 +180,7 @@ void TransferJob::work(const std::shared_ptr<Worker>& worker, std::stop_token st
             site = worker->sites[worker->next++];
             results_.push_back({ site, kNotRun });
         }
-        reportUntried(site);
+        outcomes_.siteFinished(site, setup_.files);
     }
     endWorker(worker);
 }
@@ -217,11 +221,6 @@ int TransferJob::runEngine(CTransferSession& session, const JobSite& site,
     if (setup_.mode == TransferMode::Get)
         return runGetEngine(session, site, files, options);
     return runPutEngine(session, site, files, options);
-}
-
-void TransferJob::reportUntried(const JobSite& site)
-{
-    outcomes_.siteFinished(site, setup_.files);
 }
 
 void TransferJob::endWorker(const std::shared_ptr<Worker>& worker)

@@ -103,13 +103,13 @@ private:
     TransferJob(
         Setup setup, JobServices& services, JobOutcomeSink& outcomes, WorkerThreads& threads);
 
-    // Starts a worker for `sites`; called with mutex_ held.
+    // Both called with mutex_ held.
     void launchWorker(std::vector<JobSite> sites);
+    void cancelSiteOf(Worker& worker);
     void work(const std::shared_ptr<Worker>& worker, std::stop_token stop);
     [[nodiscard]] int runSite(Worker& worker, const JobSite& site, std::stop_token stop);
     [[nodiscard]] int runEngine(CTransferSession& session, const JobSite& site,
         std::vector<FileEntry>& files, const std::atomic<bool>& cancelSite) const;
-    void reportUntried(const JobSite& site);
     void endWorker(const std::shared_ptr<Worker>& worker);
 
     Setup setup_;

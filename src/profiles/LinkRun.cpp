@@ -4,25 +4,13 @@
 #include "app/SettingsStore.h"
 #include "profiles/FileList.h"
 #include "profiles/LinkFile.h"
+#include "profiles/NameCasing.h"
 #include "profiles/StoredFormats.h"
 
 #include <QFileInfo>
 #include <QSet>
 
 namespace zelto {
-namespace {
-
-QString cased(const QString& name, const QString& casing)
-{
-    if (casing == QLatin1String(settings::config::kCasingUpper))
-        return name.toUpper();
-    if (casing == QLatin1String(settings::config::kCasingLower))
-        return name.toLower();
-    return name;
-}
-
-} // namespace
-
 LinkPlan LinkRun::prepare(const QString& name)
 {
     const QString casing = SettingsStore::get(settings::config::kFileCasingPut);
@@ -39,7 +27,7 @@ LinkPlan LinkRun::prepare(const QString& name)
         entry.size = info.size();
         entry.lastWrite = info.lastModified().toMSecsSinceEpoch();
         entry.remoteName
-            = cased(entry.remoteName.isEmpty() ? entry.localName : entry.remoteName, casing);
+            = casedName(entry.remoteName.isEmpty() ? entry.localName : entry.remoteName, casing);
         plan.totalBytes += entry.size;
         plan.files.push_back(std::move(entry));
     }

@@ -3,7 +3,6 @@
 #include "TempSettings.h"
 #include "app/SettingsStore.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -15,10 +14,6 @@ TEST(DataFolders, EmptyProfilePathMeansOwnerOnlyAppDataFolder)
 {
     test::TempSettings temp;
     EXPECT_EQ(DataFolders::base(), temp.appDataDir());
-    EXPECT_EQ(DataFolders::links(), temp.appDataDir() + QStringLiteral("/Links"));
-    EXPECT_EQ(DataFolders::linkFile(QStringLiteral("nightly")),
-        temp.appDataDir() + QStringLiteral("/Links/nightly.ini"));
-    EXPECT_EQ(DataFolders::queueFile(), temp.appDataDir() + QStringLiteral("/zeltoQue.ini"));
     const QString profiles = DataFolders::profiles();
     ASSERT_TRUE(QFileInfo(profiles).isDir());
     EXPECT_EQ(QFileInfo(profiles).permissions() & (QFile::ReadGroup | QFile::ReadOther),

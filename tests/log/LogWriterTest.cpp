@@ -1,17 +1,21 @@
 #include "log/LogWriter.h"
 
-#include "LogTestSupport.h"
 #include "TempSettings.h"
 #include "TestWait.h"
 #include "app/SettingsStore.h"
+#include "log/LogFile.h"
+#include "log/LogListener.h"
+#include "log/LogStamp.h"
+#include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 
 #include <gtest/gtest.h>
+
+#include <mutex>
 
 #include <future>
 #include <latch>
@@ -23,27 +27,55 @@ namespace zelto {
 namespace {
 
 using namespace std::chrono_literals;
-using test::contents;
-using test::putFile;
-using test::RecordingListener;
-using test::RecordingNotifier;
 
-constexpr char kHeader[] = "FTP_SERVER_FILE\n";
 constexpr char kLineA[] = "32863\t10:00\t01/02/2024\ta.txt\tsite\t/pub\t\n";
 constexpr char kLineB[] = "32864\t10:01\t01/02/2024\tb.txt\tsite\t/pub\t550 denied\n";
 constexpr char kOldFile[] = "FTP_SERVER_FILE\n32861\t09:00\t01/02/2024\tsite\t\t\t\n";
 
-LogEvent eventA()
+void putFile(const QString& path, const QByteArray& bytes)
 {
-    return { ids::kLogFtpTransferComplete, QStringLiteral("a.txt"), QStringLiteral("site"),
-        QStringLiteral("/pub"), {}, QStringLiteral("10:00"), QStringLiteral("01/02/2024") };
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
 }
 
-LogEvent eventB()
+// Reads regular files only: opening a pipe to read would wait for a writer.
+QByteArray contents(const QString& path)
 {
-    return { ids::kLogFtpTransferFailed, QStringLiteral("b.txt"), QStringLiteral("site"),
-        QStringLiteral("/pub"), QStringLiteral("550 denied"), QStringLiteral("10:01"),
-        QStringLiteral("01/02/2024") };
+    QFile file(path);
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : "";
+}
+
+struct RecordingNotifier final : Notifier {
+    void showMessage(const QString& text, MessageIcon /*icon*/) override { messages.append(text); }
+    Answer ask(const Question& /*question*/) override { return Answer::Cancelled; }
+    QStringList messages;
+};
+
+// Keeps every record handed to the screen; the "stuck" one holds the writer's lock until released.
+struct RecordingListener final : LogListener {
+    void recordAdded(const LogRecord& record, bool visible) override
+    {
+        if (record.field1 == QStringLiteral("stuck")) {
+            entered = true;
+            release.wait();
+        }
+        const std::lock_guard guard(mutex);
+        records.append(record);
+        shown.append(visible);
+    }
+    std::mutex mutex;
+    QList<LogRecord> records;
+    QList<bool> shown;
+    std::atomic<bool> entered { false };
+    std::latch release { 1 };
+};
+
+LogEvent event(const char* line) // a kLineA/kLineB record as the engine reports it
+{
+    const QStringList f = QString::fromLatin1(line).chopped(1).split(u'\t');
+    return { f[0] == u"32863" ? ids::kLogFtpTransferComplete : ids::kLogFtpTransferFailed, f[3],
+        f[4], f[5], f[6], f[1], f[2] };
 }
 
 // Points the writer at folder/name through the keys it reads.
@@ -54,313 +86,275 @@ QString pointLogAt(const QString& folder, const QString& name)
     return folder + u'/' + name;
 }
 
-void setText(const settings::TextKey& key, const std::optional<const char*>& value)
+// A writer on run.log in a fresh settings store, made once the test has set the keys it reads.
+struct LogRun {
+    LogWriter& start() { return writer.emplace(notifier, &listener); }
+    test::TempSettings temp;
+    QString path = pointLogAt(temp.root(), QStringLiteral("run.log"));
+    RecordingNotifier notifier;
+    RecordingListener listener;
+    std::optional<LogWriter> writer;
+};
+
+void setText(const settings::TextKey& key, const char* value)
 {
     if (value)
-        SettingsStore::set(key, QString::fromLatin1(*value));
+        SettingsStore::set(key, QString::fromLatin1(value));
+}
+
+TEST(LogRecord, OutcomeParityAndTheSessionEndMapping)
+{
+    struct Case {
+        int id;
+        quint32 storedId;
+        qint32 outcome;
+        bool succeeded;
+    };
+    for (const Case& c : {
+             Case { ids::kLogFtpConnectionOk, 32861, 0, true },
+             Case { ids::kLogFtpConnectionFailed, 32862, 1, false },
+             Case { ids::kLogInternetConnectionClosed, 32876, 15, false },
+             // Shown with the text of 32876, yet counted from its own id: a success by parity.
+             Case { ids::kLogSessionEnded, 32876, 16, true },
+         }) {
+        LogRecord record;
+        record.setMessage(c.id);
+        EXPECT_EQ(std::pair(record.messageId, record.outcome), std::pair(c.storedId, c.outcome));
+        EXPECT_EQ(record.shownUnder(LogFilter::Successful), c.succeeded) << c.id;
+        EXPECT_EQ(record.shownUnder(LogFilter::Unsuccessful), !c.succeeded) << c.id;
+    }
+}
+
+TEST(LogStamp, TimeAndDateFormats)
+{
+    const QDateTime midnight(QDate(1999, 3, 7), QTime(0, 5));
+    const QDateTime noon(QDate(1999, 3, 7), QTime(12, 30));
+    const QDateTime march(QDate(1999, 3, 7), QTime(13, 7, 9));
+    const QDateTime december(QDate(2024, 12, 25), QTime(8, 0));
+    struct Case {
+        QDateTime now;
+        int format;
+        const char* time; // nullptr: not checked
+        const char* date;
+    };
+    for (const Case& c : {
+             Case { midnight, 2, "00:05am", nullptr }, // midnight is not folded to 12
+             Case { noon, 3, "12:30:00pm", nullptr }, // noon stays 12, already afternoon
+             Case { march, 0, "13:07", "07/03/1999" },
+             Case { march, 1, "13:07:09", "03/07/1999" },
+             Case { march, 2, "01:07pm", "07/03" },
+             Case { march, 5, "13:07", "Mar-07-1999" },
+             Case { march, 4, "13:07", "07-Mar-1999" }, // unknown time formats are format 0
+             Case { march, 8, nullptr, "07/03/1999" }, // unknown date formats are format 0
+             Case { december, 7, nullptr, "Dec-25" },
+         }) {
+        if (c.time) {
+            EXPECT_EQ(LogStamp::time(c.now, c.format), QLatin1String(c.time)) << c.format;
+        }
+        if (c.date) {
+            EXPECT_EQ(LogStamp::date(c.now, c.format), QLatin1String(c.date)) << c.format;
+        }
+    }
+}
+
+TEST(LogFile, ReadRecordsKeepsRecordsAndSkipsTheRest)
+{
+    test::TempSettings temp;
+    const QString path = temp.root() + QStringLiteral("/old.log");
+    putFile(path,
+        QByteArray("32861\tthe first line is never read\t\t\t\t\t\n")
+            + "32864\t10:01\t01/02/2024\tb.txt\tsite\t/pub\t\n" // empty detail
+            + "32862\t10:02\t01/02/2024\t\tsite\t/pub\tdetail\n" // empty field 1 shifts the rest
+            + "32865\tonly\ttwo tabs\n" + "abc\t1\t2\t3\t4\t5\t6\n" + "-5\t1\t2\t3\t4\t5\t6\n"
+            + QByteArray("\x00\xff\xfe\t\x01\n\t\t\t\t\x80\xc3\n", 15) + "\n"
+            + "32867\t10:03\t01/02/2024\tdir\tsite\t/pub\tüber\n"
+            + "32875\t10:04\t01/02/2024\tsite\t\t\tunfinished");
+    QStringList read;
+    for (const LogRecord& r : LogFile::readRecords(path))
+        read << QStringList { QString::number(r.seq), QString::number(r.outcome), r.time, r.date,
+            r.field1, r.field2, r.field3, r.detail }
+                    .join(u'|');
+    EXPECT_EQ(read,
+        QStringList({ "1|3|10:01|01/02/2024|b.txt|site|/pub|",
+            "2|1|10:02|01/02/2024|site|/pub|detail|", "3|6|10:03|01/02/2024|dir|site|/pub|über" }));
+    EXPECT_TRUE(LogFile::readRecords(temp.root() + QStringLiteral("/missing.log")).isEmpty());
+    EXPECT_TRUE(LogFile::readRecords(temp.root()).isEmpty());
 }
 
 TEST(LogWriter, FileHeaderAndAppendRules)
 {
     struct Case {
-        const char* name;
-        std::optional<QByteArray> existing;
-        std::optional<const char*> appendLog;
+        const char* existing; // nullptr: no file
+        const char* appendLog;
         QByteArray expected;
-        bool switchedOff;
     };
-    const QByteArray fresh = QByteArray(kHeader) + kLineA + kLineB;
+    const QByteArray fresh = QByteArray("FTP_SERVER_FILE\n") + kLineA + kLineB;
     const QByteArray appended = QByteArray(kOldFile) + kLineA + kLineB;
     for (const Case& c : {
-             Case { "missing file", std::nullopt, std::nullopt, fresh, false },
-             Case { "AppendLog absent starts afresh", kOldFile, std::nullopt, fresh, false },
-             Case { "AppendLog NO starts afresh", kOldFile, "NO", fresh, false },
-             Case { "AppendLog YES keeps the file", kOldFile, "YES", appended, false },
-             // Only the exact word "NO" starts afresh.
-             Case { "AppendLog no appends", kOldFile, "no", appended, false },
-             Case { "empty file", QByteArray(), "YES", QByteArray(), true },
-             Case {
-                 "wrong header", "FTP_SERVER_FIL\n32861\n", "NO", "FTP_SERVER_FIL\n32861\n", true },
-             Case { "short header", "FTP_SERVER", "YES", "FTP_SERVER", true },
+             Case { nullptr, nullptr, fresh }, // missing file
+             Case { kOldFile, nullptr, fresh }, // AppendLog absent starts afresh
+             Case { kOldFile, "YES", appended }, // AppendLog YES keeps the file
+             Case { kOldFile, "no", appended }, // only the exact NO starts afresh
+             // A file that is not a log is left alone and logging to file is switched off.
+             Case { "", "YES", "" }, // empty file
+             Case { "FTP_SERVER_FIL\n32861\n", "NO", "FTP_SERVER_FIL\n32861\n" }, // wrong header
+             Case { "FTP_SERVER", "YES", "FTP_SERVER" }, // short header
          }) {
-        SCOPED_TRACE(c.name);
-        test::TempSettings temp;
-        const QString path = pointLogAt(temp.root(), QStringLiteral("run.log"));
+        LogRun run;
         if (c.existing)
-            putFile(path, *c.existing);
+            putFile(run.path, c.existing);
         setText(settings::log::kAppendLog, c.appendLog);
-        RecordingNotifier notifier;
-        RecordingListener listener;
-        LogWriter writer(notifier, &listener);
-        writer.write(eventA());
-        writer.write(eventB());
+        LogWriter& writer = run.start();
+        writer.write(event(kLineA));
+        writer.write(event(kLineB));
 
-        EXPECT_EQ(contents(path), c.expected);
-        // The screen goes on either way (after the earlier records of an appending log).
-        const auto entries = listener.entries();
-        ASSERT_GE(entries.size(), 2u);
-        EXPECT_EQ(entries[entries.size() - 1].record.field1, QStringLiteral("b.txt"));
-        const auto messages = notifier.messages();
-        if (c.switchedOff) {
-            ASSERT_EQ(messages.size(), 1u);
-            EXPECT_EQ(messages[0].text, StringTable::text(ids::kBadLogFileFormat));
-            EXPECT_EQ(messages[0].icon, MessageIcon::Stop);
-            EXPECT_EQ(SettingsStore::get(settings::log::kToFile), QStringLiteral("NO"));
-        } else {
-            EXPECT_TRUE(messages.empty());
-            EXPECT_EQ(SettingsStore::get(settings::log::kToFile), QStringLiteral("YES"));
-        }
+        EXPECT_EQ(contents(run.path), c.expected) << c.existing << c.appendLog;
+        EXPECT_EQ(run.listener.records.value(run.listener.records.size() - 1).field1, "b.txt")
+            << "the screen goes on either way";
+        const bool off = c.expected.isEmpty() || !c.expected.startsWith("FTP_SERVER_FILE\n");
+        EXPECT_EQ(run.notifier.messages,
+            off ? QStringList { StringTable::text(ids::kBadLogFileFormat) } : QStringList());
+        EXPECT_EQ(SettingsStore::get(settings::log::kToFile), off ? "NO" : "YES");
     }
 }
 
 TEST(LogWriter, UnusableLogPathFailsQuietly)
 {
-    struct Case {
-        const char* name;
-        // Makes the obstacle in `root` and returns the log file's name there (or empty to skip).
-        QString (*prepare)(const QString& root);
-    };
-    for (const Case& c : {
-             Case { "a folder",
-                 [](const QString& root) {
-                     QDir(root).mkdir(QStringLiteral("folder.log"));
-                     return QStringLiteral("folder.log");
-                 } },
-             Case { "below a plain file",
-                 [](const QString& root) {
-                     putFile(root + QStringLiteral("/plain"), "x");
-                     return QStringLiteral("plain/run.log");
-                 } },
-             // Opening a pipe to read its header would wait for a writer forever.
-             Case { "a pipe",
-                 [](const QString& root) {
-                     const QString path = root + QStringLiteral("/pipe.log");
-                     EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-                     return QStringLiteral("pipe.log");
-                 } },
-             Case { "a read-only log file",
-                 [](const QString& root) {
-                     const QString path = root + QStringLiteral("/ro.log");
-                     putFile(path, kOldFile);
-                     QFile::setPermissions(path, QFileDevice::ReadOwner);
-                     // The superuser writes anyway: nothing to check then.
-                     QFile probe(path);
-                     return probe.open(QIODevice::Append) ? QString() : QStringLiteral("ro.log");
-                 } },
-         }) {
-        SCOPED_TRACE(c.name);
-        test::TempSettings temp;
-        const QString name = c.prepare(temp.root());
-        if (name.isEmpty())
-            continue;
-        const QString path = pointLogAt(temp.root(), name);
-        const QByteArray before = contents(path);
-        RecordingNotifier notifier;
-        RecordingListener listener;
-        LogWriter writer(notifier, &listener);
-        writer.write(eventA());
-        writer.write(eventB());
-
-        EXPECT_EQ(listener.entries().size(), 2u);
-        EXPECT_TRUE(notifier.messages().empty());
+    for (const char* name : { "folder.log", "plain/run.log", "pipe.log" }) {
+        LogRun run;
+        const QString root = run.temp.root();
+        QDir(root).mkdir(QStringLiteral("folder.log"));
+        putFile(root + QStringLiteral("/plain"), "x");
+        // Opening a pipe to read its header would wait for a writer forever.
+        ASSERT_EQ(
+            ::mkfifo(QFile::encodeName(root + QStringLiteral("/pipe.log")).constData(), 0600), 0);
+        run.path = pointLogAt(root, QString::fromLatin1(name));
+        run.start().write(event(kLineA));
+        EXPECT_EQ(run.listener.records.size(), 1);
+        EXPECT_TRUE(run.notifier.messages.isEmpty());
         EXPECT_EQ(SettingsStore::get(settings::log::kToFile), QStringLiteral("YES"));
-        EXPECT_EQ(contents(path), before);
+        EXPECT_FALSE(QFileInfo(run.path).isFile()) << name;
     }
 }
 
 TEST(LogWriter, DetailIsOneLineAndSessionEndIsStoredAsConnectionClosed)
 {
-    test::TempSettings temp;
-    const QString path = pointLogAt(temp.root(), QStringLiteral("run.log"));
-    RecordingNotifier notifier;
-    RecordingListener listener;
-    LogWriter writer(notifier, &listener);
-    LogEvent event = eventA();
-    event.messageId = ids::kLogSessionEnded;
-    event.detail = QStringLiteral("550 No\r\nsuch file\nhere\r");
-    writer.write(event);
-
-    EXPECT_EQ(contents(path),
-        QByteArray(kHeader)
-            + "32876\t10:00\t01/02/2024\ta.txt\tsite\t/pub\t550 No  such file here \n");
-    const auto entries = listener.entries();
-    ASSERT_EQ(entries.size(), 1u);
-    const LogRecord& record = entries[0].record;
-    EXPECT_EQ(record.detail, QStringLiteral("550 No  such file here "));
-    EXPECT_EQ(record.outcome, 16);
-    EXPECT_EQ(record.seq, 1u);
-}
-
-TEST(LogWriter, StampsItsOwnTimeUnlessTheCallerGivesBoth)
-{
-    test::TempSettings temp;
-    pointLogAt(temp.root(), QStringLiteral("run.log"));
-    SettingsStore::set(settings::log::kTimeFormat, 1);
-    SettingsStore::set(settings::log::kDateFormat, 4);
-    RecordingNotifier notifier;
-    RecordingListener listener;
-    LogWriter writer(notifier, &listener);
-    LogEvent event = eventA(); // both given
-    writer.write(event);
-    event.date.reset(); // a time alone is not enough
-    writer.write(event);
-
-    const auto entries = listener.entries();
-    ASSERT_EQ(entries.size(), 2u);
-    EXPECT_EQ(entries[0].record.time + entries[0].record.date, QStringLiteral("10:0001/02/2024"));
-    const QRegularExpression own(
-        QStringLiteral("^\\d\\d:\\d\\d:\\d\\d \\d\\d-[A-Z][a-z][a-z]-\\d{4}$"));
-    const QString stamped = entries[1].record.time + u' ' + entries[1].record.date;
-    EXPECT_TRUE(own.match(stamped).hasMatch()) << stamped.toStdString();
+    LogRun run;
+    LogWriter& writer = run.start();
+    LogEvent e = event(kLineA);
+    e.messageId = ids::kLogSessionEnded;
+    e.detail = QStringLiteral("550 No\r\nsuch file\nhere\r");
+    writer.write(e);
+    EXPECT_EQ(contents(run.path).split('\n')[1],
+        "32876\t10:00\t01/02/2024\ta.txt\tsite\t/pub\t550 No  such file here ");
+    EXPECT_EQ(run.listener.records.value(0).outcome, 16);
 }
 
 TEST(LogWriter, SettingsDecideScreenFileAndFilter)
 {
     struct Case {
-        const char* name;
-        std::optional<const char*> toScreen;
-        std::optional<const char*> toFile;
-        std::optional<const char*> view;
+        const char* toScreen;
+        const char* toFile;
+        const char* view;
         bool toFileFlag;
-        bool delivered;
-        bool okVisible;
-        bool failVisible;
+        QList<bool> shown; // of the success and the failure
         bool fileWritten;
     };
     for (const Case& c : {
-             Case { "defaults", {}, {}, {}, true, true, true, true, true },
-             Case { "only exact YES", "yes", "Yes", {}, true, false, false, false, false },
-             Case { "screen off", "NO", {}, {}, true, false, false, false, true },
-             Case { "caller keeps it off the file", {}, {}, {}, false, true, true, true, false },
-             Case { "successful", {}, {}, "SUCCESS", true, true, true, false, true },
-             Case { "unsuccessful", {}, {}, "UNSUCCESS", true, true, false, true, true },
-             Case { "unknown view", {}, {}, "all", true, true, false, true, true },
+             Case { nullptr, nullptr, nullptr, true, { true, true }, true },
+             Case { "yes", "Yes", nullptr, true, {}, false },
+             Case { nullptr, nullptr, nullptr, false, { true, true }, false },
+             Case { nullptr, nullptr, "SUCCESS", true, { true, false }, true },
+             Case { nullptr, nullptr, "all", true, { false, true }, true },
          }) {
-        SCOPED_TRACE(c.name);
-        test::TempSettings temp;
-        const QString path = pointLogAt(temp.root(), QStringLiteral("run.log"));
+        LogRun run;
         setText(settings::log::kToScreen, c.toScreen);
         setText(settings::log::kToFile, c.toFile);
         setText(settings::log::kView, c.view);
+        LogWriter& writer = run.start();
+        for (LogEvent e : { event(kLineA), event(kLineB) }) {
+            e.toFile = c.toFileFlag;
+            writer.write(e);
+        }
+        EXPECT_EQ(run.listener.shown, c.shown) << c.toScreen << c.toFile << c.view;
+        EXPECT_EQ(QFile::exists(run.path), c.fileWritten) << c.toScreen << c.toFile << c.view;
+    }
+}
+
+// The writer takes its folder from LOG and its name from CONFIG, the opposite of the pages that
+// write them; the Log page's own file name must not be used.
+TEST(LogWriter, PathPairsLogFolderWithConfigName)
+{
+    struct Case {
+        const char* logDir; // below the temporary root
+        const char* configName;
+        const char* tail;
+    };
+    for (const Case& c : {
+             Case { nullptr, nullptr, "/log1.log" },
+             Case { "/logs/", "run.log", "/logs/run.log" },
+             Case { nullptr, "run.log", "/run.log" },
+         }) {
+        test::TempSettings temp;
+        QDir().mkpath(temp.root() + QStringLiteral("/logs"));
+        SettingsStore::set(settings::log::kFileName, QStringLiteral("page.log"));
+        SettingsStore::set(settings::config::kDefaultDir, temp.root() + QStringLiteral("/other"));
+        if (c.logDir)
+            SettingsStore::set(settings::log::kDefaultDir, temp.root() + QLatin1String(c.logDir));
+        setText(settings::config::kLogFileNameForWriter, c.configName);
+        const QString expected
+            = (c.logDir ? temp.root() : temp.appDataDir()) + QLatin1String(c.tail);
+        EXPECT_EQ(LogFile::configuredPath(), expected);
         RecordingNotifier notifier;
-        RecordingListener listener;
-        LogWriter writer(notifier, &listener);
-        for (LogEvent event : { eventA(), eventB() }) {
-            event.toFile = c.toFileFlag;
-            writer.write(event);
-        }
-        const auto entries = listener.entries();
-        ASSERT_EQ(entries.size(), c.delivered ? 2u : 0u);
-        if (c.delivered) {
-            EXPECT_EQ(entries[0].visible, c.okVisible);
-            EXPECT_EQ(entries[1].visible, c.failVisible);
-        }
-        EXPECT_EQ(QFile::exists(path), c.fileWritten);
+        LogWriter(notifier).write(event(kLineA));
+        EXPECT_TRUE(QFile::exists(expected)) << c.tail;
     }
 }
 
 TEST(LogWriter, TwoThreadsWriteCompleteLinesWithConsecutiveNumbers)
 {
-    test::TempSettings temp;
-    const QString path = pointLogAt(temp.root(), QStringLiteral("run.log"));
-    RecordingNotifier notifier;
-    RecordingListener listener;
-    LogWriter writer(notifier, &listener);
+    LogRun run;
+    LogWriter& writer = run.start();
     constexpr int kEach = 500;
     const auto writeMany = [&writer](const QString& who) {
         for (int i = 0; i < kEach; ++i) {
-            LogEvent event = eventB();
-            event.field1 = who + QString::number(i);
-            writer.write(event);
+            LogEvent e = event(kLineB);
+            e.field1 = who + QString::number(i);
+            writer.write(e);
         }
     };
     {
         std::jthread first(writeMany, QStringLiteral("first-"));
         std::jthread second(writeMany, QStringLiteral("second-"));
     }
-
-    const auto entries = listener.entries();
-    ASSERT_EQ(entries.size(), 2u * kEach);
-    const QList<QByteArray> lines = contents(path).split('\n');
+    const QList<QByteArray> lines = contents(run.path).split('\n');
     ASSERT_EQ(lines.size(), 2 * kEach + 2); // header, records, nothing after the last line feed
-    EXPECT_EQ(lines.first(), "FTP_SERVER_FILE");
+    ASSERT_EQ(run.listener.records.size(), 2 * kEach);
     for (int i = 0; i < 2 * kEach; ++i) {
         // Numbers count up without gaps, and the file holds the records in that order.
-        EXPECT_EQ(entries[i].record.seq, static_cast<quint32>(i + 1));
-        const QList<QByteArray> fields = lines[i + 1].split('\t');
-        ASSERT_EQ(fields.size(), 7) << lines[i + 1].constData();
-        EXPECT_EQ(fields[3], entries[i].record.field1.toUtf8());
-        EXPECT_EQ(fields[6], "550 denied");
+        EXPECT_EQ(run.listener.records[i].seq, static_cast<quint32>(i + 1));
+        EXPECT_EQ(lines[i + 1],
+            "32864\t10:01\t01/02/2024\t" + run.listener.records[i].field1.toUtf8()
+                + "\tsite\t/pub\t550 denied");
     }
 }
-
-// Holds the writer's lock from inside the write of the record named "stuck".
-class StuckListener final : public LogListener {
-public:
-    void recordAdded(const LogRecord& record, bool /*visible*/) override
-    {
-        if (record.field1 != QStringLiteral("stuck"))
-            return;
-        entered_ = true;
-        release_.wait();
-    }
-
-    std::atomic<bool> entered_ { false };
-    std::latch release_ { 1 };
-};
 
 TEST(LogWriter, StuckWriterDelaysOthersOnlyForTheBoundedWait)
 {
-    test::TempSettings temp;
-    pointLogAt(temp.root(), QStringLiteral("run.log"));
-    RecordingNotifier notifier;
-    StuckListener stuck;
-    LogWriter writer(notifier, &stuck);
-    LogEvent held = eventA();
+    LogRun run;
+    LogWriter& writer = run.start();
+    LogEvent held = event(kLineA);
     held.field1 = QStringLiteral("stuck");
     std::jthread holder([&] { writer.write(held); });
-    ASSERT_TRUE(test::waitUntil([&] { return stuck.entered_.load(); }, 5s));
+    ASSERT_TRUE(test::waitUntil([&] { return run.listener.entered.load(); }, 5s));
 
     const auto start = std::chrono::steady_clock::now();
-    auto next = std::async(std::launch::async, [&] { writer.write(eventB()); });
+    auto next = std::async(std::launch::async, [&] { writer.write(event(kLineB)); });
     const auto status = next.wait_for(15s);
     const auto waited = std::chrono::steady_clock::now() - start;
-    stuck.release_.count_down();
-
+    run.listener.release.count_down();
     EXPECT_EQ(status, std::future_status::ready) << "a stuck writer blocked another";
     EXPECT_GE(waited, LogWriter::kLockWait);
-}
-
-TEST(LogWriter, ReloadShowsTheEarlierRecordsOfAnAppendingLog)
-{
-    struct Case {
-        const char* appendLog;
-        const char* toFile;
-        bool shown;
-    };
-    for (const Case& c :
-        { Case { "YES", "YES", true }, Case { "NO", "YES", false }, Case { "YES", "NO", false } }) {
-        SCOPED_TRACE(std::string(c.appendLog) + "/" + c.toFile);
-        test::TempSettings temp;
-        const QString path = pointLogAt(temp.root(), QStringLiteral("run.log"));
-        putFile(path, QByteArray(kHeader) + kLineA + kLineB);
-        SettingsStore::set(settings::log::kAppendLog, QString::fromLatin1(c.appendLog));
-        SettingsStore::set(settings::log::kToFile, QString::fromLatin1(c.toFile));
-        RecordingNotifier notifier;
-        RecordingListener listener;
-        LogWriter writer(notifier, &listener);
-        writer.reloadSettings(); // the same path again: nothing more to show
-
-        const auto entries = listener.entries();
-        ASSERT_EQ(entries.size(), c.shown ? 2u : 0u);
-        if (c.shown) {
-            EXPECT_EQ(entries[0].record.seq, 1u);
-            EXPECT_EQ(entries[0].record.time, QStringLiteral("10:00"));
-            EXPECT_EQ(entries[1].record.detail, QStringLiteral("550 denied"));
-            EXPECT_EQ(entries[1].record.outcome, 3);
-        }
-        EXPECT_EQ(contents(path), QByteArray(kHeader) + kLineA + kLineB) << "shown, not re-written";
-    }
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "options/ui/QtSoundPlayer.h"
 
+#include "TestFiles.h"
 #include "TestWait.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -13,37 +13,27 @@
 namespace zelto {
 namespace {
 
-using namespace std::chrono_literals;
-
-// Missing, empty and undecodable files, from the UI thread and from a worker, on a machine that
-// may have no audio device at all: nothing crashes, nothing waits.
+// Missing, empty and undecodable files, from the UI thread and from a worker, maybe with no audio
+// device at all: nothing crashes, nothing waits.
 TEST(QtSoundPlayer, PlaysOrStaysSilentWithoutBlocking)
 {
     int argc = 1;
-    char name[] = "test_options_ui";
-    char* argv[] = { name, nullptr };
+    char* argv[] = { const_cast<char*>("test_options_ui"), nullptr };
     QCoreApplication app(argc, argv);
     QTemporaryDir dir;
     const QString bad = dir.filePath(QStringLiteral("bad.wav"));
-    QFile file(bad);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("RIFF, but not a wave");
-    file.close();
-
+    ASSERT_TRUE(test::makeFile(bad, 4096, 1)); // noise, not a wave
     {
         QtSoundPlayer player;
-        for (const QString& path :
-            { dir.filePath(QStringLiteral("missing.wav")), QString(), dir.path(), bad })
-            player.playFile(path);
         std::jthread([&] { player.playFile(bad); }).join();
-        // Queued behind the worker's request: once it runs, that request has run too.
-        bool reached = false;
+        bool reached = false; // queued behind the worker's request
         QMetaObject::invokeMethod(
             &app, [&] { reached = true; }, Qt::QueuedConnection);
-        EXPECT_TRUE(test::waitUntil([&] { return reached; }, 10s));
-        player.playFile(bad); // and is destroyed while it may still be loading
+        EXPECT_TRUE(test::waitUntil([&] { return reached; }, std::chrono::seconds(10)));
+        // The last is still loading when the player goes.
+        for (const QString& path : { dir.filePath(QStringLiteral("none.wav")), QString(), bad })
+            player.playFile(path);
     }
-    QCoreApplication::processEvents();
 }
 
 } // namespace

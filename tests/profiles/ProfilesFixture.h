@@ -1,53 +1,110 @@
 #pragma once
 
-#include "RecordingEvents.h"
-#include "ScriptedNotifier.h"
 #include "TempSettings.h"
+#include "app/DataFolders.h"
+#include "platform/Notifier.h"
+#include "platform/StringTable.h"
+#include "profiles/FileListStore.h"
+#include "profiles/ProfileEvents.h"
+#include "profiles/ProfileStore.h"
 
-#include <QByteArray>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QString>
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
-QT_BEGIN_NAMESPACE
-inline void PrintTo(const QString& text, std::ostream* out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
-QT_END_NAMESPACE
+#include <deque>
 
 namespace zelto::test {
 
-// A fresh settings store and data folder for each test, a scripted notifier and an event
-// recorder, and small helpers for the files the tests lay out.
+// Records every message and question and answers from a script; an unexpected question fails.
+struct ScriptedNotifier final : Notifier {
+    explicit ScriptedNotifier(std::deque<Answer> script = {}) : answers(std::move(script)) { }
+    void showMessage(const QString& text, MessageIcon /*icon*/) override { messages.append(text); }
+    Answer ask(const Question& question) override
+    {
+        questions.append(question.text);
+        if (answers.empty()) {
+            ADD_FAILURE() << "unexpected question: " << question.text.toStdString();
+            return Answer::Cancelled;
+        }
+        const Answer answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+    std::deque<Answer> answers;
+    QStringList messages;
+    QStringList questions;
+};
+
+// Counts what the main frame would have been told.
+struct RecordingEvents final : ProfileEvents {
+    void profilesChanged() override { ++profiles; }
+    void linksChanged() override { ++links; }
+    int profiles = 0;
+    int links = 0;
+};
+
+[[nodiscard]] inline QStringList texts(int id)
+{
+    return id ? QStringList { StringTable::text(id) } : QStringList();
+}
+
+// A fresh settings store and data folder for each test, and the files the tests lay out.
 class ProfilesFixture : public ::testing::Test {
 protected:
     static void writeFile(const QString& path, const QByteArray& bytes)
     {
         QDir().mkpath(QFileInfo(path).path());
         QFile out(path);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly)) << path.toStdString();
-        ASSERT_EQ(out.write(bytes), bytes.size());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size());
     }
-
     [[nodiscard]] static QByteArray readFile(const QString& path)
     {
         QFile in(path);
         return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
     }
-
     [[nodiscard]] static bool ownerOnly(const QString& path)
     {
-        constexpr QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
-            | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
-        return (QFileInfo(path).permissions() & others) == QFile::Permissions();
+        return (QFileInfo(path).permissions() & 0x0077) == QFile::Permissions();
     }
-
+    [[nodiscard]] static QString profile(const QString& relative)
+    {
+        return ProfileStore::root() + u'/' + relative;
+    }
+    static void makeProfile(const QString& relative, const QByteArray& host = "h")
+    {
+        writeFile(profile(relative), "[Settings]\nHost=" + host + "\nUser=u\nPassword=p\n");
+    }
+    [[nodiscard]] static QString listFolder(const char* name)
+    {
+        return FileListStore::root() + u'/' + QString::fromUtf8(name);
+    }
+    // A list of `entries` given as "folder|local|remote".
+    static void makeList(const char* name, const QStringList& entries)
+    {
+        QByteArray text = "[LIST]\nNumItems=" + QByteArray::number(entries.size()) + "\n";
+        for (int i = 0; i < entries.size(); ++i) {
+            const QStringList parts = entries[i].split(u'|');
+            text += "[FILE" + QByteArray::number(i + 1) + "]\nLocalName=" + parts[1].toUtf8()
+                + "\nFolder=" + parts[0].toUtf8() + "\nRemoteName=" + parts.value(2).toUtf8()
+                + "\n";
+        }
+        writeFile(FileListStore::listFile(listFolder(name)), text);
+    }
+    [[nodiscard]] static QString linkPath(const QString& name)
+    {
+        return DataFolders::links() + u'/' + name + QStringLiteral(".ini");
+    }
+    static void makeLink(const QString& name, const QStringList& sites, const QString& files = {})
+    {
+        QByteArray text = "[LinkItems]\nSites=" + QByteArray::number(sites.size())
+            + "\nFiles=" + files.toUtf8() + "\n";
+        for (int i = 0; i < sites.size(); ++i)
+            text += "[SITE" + QByteArray::number(i + 1) + "]\nSITE=" + sites[i].toUtf8() + "\n";
+        writeFile(linkPath(name), text);
+    }
     // A folder of local files for the lists to name, outside the data folder.
     [[nodiscard]] QString localFolder() const { return temp_.root() + QStringLiteral("/local"); }
 

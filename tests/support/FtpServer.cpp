@@ -40,7 +40,6 @@ QJsonObject toJson(const FtpFaults& faults)
         { "stall", stall },
         { "refuse", QJsonArray::fromStringList(faults.refuse) },
         { "hostile_names", QJsonArray::fromStringList(faults.hostileNames) },
-        { "hostile_only", faults.hostileOnly },
     };
     if (faults.closeDataAfter)
         json["close_data_after"] = double(*faults.closeDataAfter);
@@ -76,30 +75,18 @@ std::optional<QString> FtpServer::unavailableReason()
     return reason;
 }
 
-FtpUser FtpServer::defaultUser()
+FtpServer::FtpServer()
+    : users_ { { QStringLiteral("zelto"), QStringLiteral("secret"), dir_.filePath("home") } }
 {
-    return { QStringLiteral("zelto"), QStringLiteral("secret") };
-}
-
-FtpServer::FtpServer(std::vector<FtpUser> users, const FtpFaults& faults) : users_(std::move(users))
-{
-    if (!dir_.isValid())
+    const FtpUser& user = users_.front();
+    if (!dir_.isValid() || !QDir().mkpath(user.home))
         fixtureError(QStringLiteral("cannot make a temporary folder: %1").arg(dir_.errorString()));
-    if (users_.empty())
-        fixtureError(QStringLiteral("the FTP test server needs at least one user"));
-
-    QJsonArray accounts;
-    for (auto& user : users_) {
-        if (user.home.isEmpty())
-            user.home = dir_.filePath(QStringLiteral("home/") + user.name);
-        if (!QDir().mkpath(user.home))
-            fixtureError(QStringLiteral("cannot make the home folder %1").arg(user.home));
-        accounts.append(QJsonObject { { "name", user.name }, { "password", user.password },
-            { "home", user.home }, { "perm", user.permissions } });
-    }
-    setFaults(faults);
-    writeJson(
-        file("config.json"), { { "users", accounts }, { "faults_file", file("faults.json") } });
+    setFaults({});
+    writeJson(file("config.json"),
+        { { "user",
+              QJsonObject {
+                  { "name", user.name }, { "password", user.password }, { "home", user.home } } },
+            { "faults_file", file("faults.json") } });
 
     process_ = std::make_unique<ServerProcess>(kPython,
         QStringList { QStringLiteral(ZELTO_SUPPORT_DIR "/ftp_server.py"),
@@ -123,20 +110,10 @@ FtpServer::FtpServer(std::vector<FtpUser> users, const FtpFaults& faults) : user
 
 FtpServer::~FtpServer() = default;
 
-QString FtpServer::home(const QString& user) const
-{
-    return this->user(user).home;
-}
-
-QByteArray FtpServer::url(const QString& user, const QString& path) const
-{
-    const auto& account = this->user(user);
-    return ftpUrl(port_, account.name, account.password, path);
-}
-
 QByteArray FtpServer::url(const QString& path) const
 {
-    return url(QString(), path);
+    const FtpUser& user = users_.front();
+    return ftpUrl(port_, user.name, user.password, path);
 }
 
 void FtpServer::setFaults(const FtpFaults& faults)
@@ -166,17 +143,6 @@ int FtpServer::commandCount(const QString& command) const
     const auto log = commandLog();
     return int(std::count_if(
         log.begin(), log.end(), [&](const LoggedCommand& c) { return c.command == command; }));
-}
-
-const FtpUser& FtpServer::user(const QString& name) const
-{
-    if (name.isEmpty())
-        return users_.front();
-    const auto found = std::find_if(
-        users_.begin(), users_.end(), [&](const FtpUser& u) { return u.name == name; });
-    if (found == users_.end())
-        fixtureError(QStringLiteral("the FTP test server has no user \"%1\"").arg(name));
-    return *found;
 }
 
 QString FtpServer::file(const char* name) const

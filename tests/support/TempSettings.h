@@ -15,14 +15,15 @@ public:
     TempSettings& operator=(const TempSettings&) = delete;
 
     [[nodiscard]] QString root() const { return dir_.path(); }
-    [[nodiscard]] QString configHome() const { return root() + QStringLiteral("/config"); }
-    [[nodiscard]] QString dataHome() const { return root() + QStringLiteral("/data"); }
     // The settings file of the store (the native format's file on this platform).
     [[nodiscard]] QString settingsFile() const;
     // The application data folder as the program resolves it under this root.
     [[nodiscard]] QString appDataDir() const;
 
 private:
+    [[nodiscard]] QString configHome() const { return root() + QStringLiteral("/config"); }
+    [[nodiscard]] QString dataHome() const { return root() + QStringLiteral("/data"); }
+
     QTemporaryDir dir_;
     QByteArray oldConfigHome_;
     QByteArray oldDataHome_;

@@ -1,16 +1,14 @@
 """FTP server for the tests: users from a JSON file, faults injected on request.
 
-Run:  python3 ftp_server.py --config CONFIG.json [--command-log FILE]
+Run:  python3 ftp_server.py --config CONFIG.json --command-log FILE
 
 It listens on a free loopback port, prints "PORT <n>" when ready and runs until
 its standard input reaches end of file (so a test process that dies never leaves
 a server behind) or it receives SIGTERM.
 
 CONFIG.json:
-  {"users": [{"name": "zelto", "password": "secret", "home": "/tmp/h",
-              "perm": "elradfmwMT"}],
-   "faults_file": "/tmp/faults.json",   # read again at every command
-   "faults": {...}}                      # used when there is no faults_file
+  {"user": {"name": "zelto", "password": "secret", "home": "/tmp/h"},
+   "faults_file": "/tmp/faults.json"}   # read again at every command
 
 Faults (every key optional):
   refuse_login      ["*"] refuses every login, otherwise the user names listed
@@ -22,7 +20,6 @@ Faults (every key optional):
                     connections go on
   refuse            commands answered "550 <CMD> refused by the test server."
   hostile_names     names added to every listing (LIST, MLSD, NLST)
-  hostile_only      true: the listing holds the hostile names only
 """
 
 import argparse
@@ -45,16 +42,10 @@ HIDDEN_ARGUMENTS = {"PASS"}
 
 
 def load_faults(config):
-    """The faults in force now: the faults file when there is one (it is replaced
-    atomically by the fixture, so a half-written file is never seen)."""
-    path = config.get("faults_file")
-    if not path:
-        return config.get("faults", {})
-    try:
-        with open(path, encoding="utf-8") as f:
-            return json.load(f)
-    except FileNotFoundError:
-        return {}
+    """The faults in force now (the fixture replaces the file atomically, so a
+    half-written file is never seen)."""
+    with open(config["faults_file"], encoding="utf-8") as f:
+        return json.load(f)
 
 
 class FaultyFS(AbstractedFS):
@@ -62,16 +53,14 @@ class FaultyFS(AbstractedFS):
     use as local paths."""
 
     def _hostile(self):
-        faults = self.cmd_channel.faults
-        return faults.get("hostile_names", []), faults.get("hostile_only", False)
+        return self.cmd_channel.faults.get("hostile_names", [])
 
     def listdir(self, path):
-        names, only = self._hostile()
-        real = [] if only else super().listdir(path)
-        return real + [n for n in names if n not in real]
+        real = super().listdir(path)
+        return real + [n for n in self._hostile() if n not in real]
 
     def format_list(self, basedir, listing, ignore_err=True):
-        names, _ = self._hostile()
+        names = self._hostile()
         real = [n for n in listing if n not in names]
         yield from super().format_list(basedir, real, ignore_err)
         for name in listing:
@@ -80,7 +69,7 @@ class FaultyFS(AbstractedFS):
                 yield (line % name).encode("utf-8")
 
     def format_mlsx(self, basedir, listing, perms, facts, ignore_err=True):
-        names, _ = self._hostile()
+        names = self._hostile()
         real = [n for n in listing if n not in names]
         yield from super().format_mlsx(basedir, real, perms, facts, ignore_err)
         for name in listing:
@@ -160,8 +149,6 @@ class FaultyHandler(FTPHandler):
         return limit if self.transfer_command in wanted else None
 
     def log_command(self, cmd, arg):
-        if self.command_log is None:
-            return
         shown = "******" if cmd in HIDDEN_ARGUMENTS else arg
         self.command_log.write(("%d %s %s" % (self.number, cmd, shown)).rstrip() + "\n")
         self.command_log.flush()
@@ -203,7 +190,7 @@ class FaultyHandler(FTPHandler):
 
 
 class FaultyAuthorizer(DummyAuthorizer):
-    """Users of the config; a refuse_login fault turns a good login down."""
+    """The user of the config; a refuse_login fault turns a good login down."""
 
     def __init__(self, handler):
         super().__init__()
@@ -217,18 +204,13 @@ class FaultyAuthorizer(DummyAuthorizer):
 
 
 def make_server(config, command_log):
-    """A server on a free loopback port, with the users of the config."""
+    """A server on a free loopback port, with the user of the config."""
     handler = FaultyHandler
     handler.config = config
     handler.command_log = command_log
     handler.authorizer = FaultyAuthorizer(handler)
-    for user in config.get("users", []):
-        os.makedirs(user["home"], exist_ok=True)
-        perm = user.get("perm", "elradfmwMT")
-        if user["name"] == "anonymous":
-            handler.authorizer.add_anonymous(user["home"], perm=perm)
-        else:
-            handler.authorizer.add_user(user["name"], user["password"], user["home"], perm=perm)
+    user = config["user"]
+    handler.authorizer.add_user(user["name"], user["password"], user["home"], perm="elradfmwMT")
     return FTPServer(("127.0.0.1", 0), handler)
 
 
@@ -249,14 +231,14 @@ def stop_at_end_of_input():
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--config", required=True)
-    parser.add_argument("--command-log")
+    parser.add_argument("--command-log", required=True)
     args = parser.parse_args()
 
     logging.basicConfig(level=logging.WARNING, stream=sys.stderr,
                         format="ftp_server: %(message)s")
     with open(args.config, encoding="utf-8") as f:
         config = json.load(f)
-    command_log = open(args.command_log, "a", encoding="utf-8") if args.command_log else None
+    command_log = open(args.command_log, "a", encoding="utf-8")
 
     server = make_server(config, command_log)
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(0))

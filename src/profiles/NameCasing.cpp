@@ -1,0 +1,16 @@
+#include "NameCasing.h"
+
+#include "app/SettingsKeys.h"
+
+namespace zelto {
+
+QString casedName(const QString& name, const QString& casing)
+{
+    if (casing == QLatin1StringView(settings::config::kCasingUpper))
+        return name.toUpper();
+    if (casing == QLatin1StringView(settings::config::kCasingLower))
+        return name.toLower();
+    return name;
+}
+
+} // namespace zelto
