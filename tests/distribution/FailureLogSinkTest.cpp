@@ -24,8 +24,6 @@ TEST(FailureLogSinkTest, LogsEachFileNotSentWithItsRemotePathAndReason)
     };
     const Case cases[] = {
         { "/pub", 12003, "refused", "/pub/a.txt", QStringLiteral("refused") },
-        { "/pub/", 239, "cannot overwrite", "/pub/a.txt", QStringLiteral("cannot overwrite") },
-        { "\\pub", 240, "no folder", "\\pub\\a.txt", QStringLiteral("no folder") },
         { "\\pub\\", 240, "no folder", "\\pub\\a.txt", QStringLiteral("no folder") },
         // Cancelled: ended by the cancel, or never started after it.
         { "/pub", ids::kPutCanceled, "FTP Put Canceled (by the user)", "/pub/a.txt", canceled },

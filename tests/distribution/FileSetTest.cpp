@@ -1,4 +1,4 @@
-// The file set of a send: each local file once, folders expanded, names cased, sizes summed.
+// The file set of a send: each local file once, folders expanded, names cased.
 
 #include "distribution/FileSet.h"
 
@@ -7,7 +7,6 @@
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 namespace zelto::test {
@@ -64,26 +63,14 @@ TEST_F(FileSetTest, EachFileOnceInListOrderWithItsCasedName)
             { entry("www", "Index.HTML"), entry("other", "readme.txt"),
                 entry("www", "Index.HTML") },
             { "www/Index.HTML -> Index.HTML", "other/readme.txt -> readme.txt" } },
-        { "a file listed, then its folder", "PRESERVE",
-            { entry("www/img/icons", "b.ico"), entry("www", "img") },
-            { "www/img/icons/b.ico -> b.ico", "www/img/icons/a.ico -> a.ico",
-                "www/img/logo.png -> logo.png" } },
         { "a folder, then a file inside it", "PRESERVE",
             { entry("www", "img"), entry("www/img", "logo.png"), entry("", "www") },
             { "www/img/icons/a.ico -> a.ico", "www/img/icons/b.ico -> b.ico",
                 "www/img/logo.png -> logo.png", "www/Index.HTML -> Index.HTML" } },
-        { "the folder written with a trailing separator", "PRESERVE",
-            { entry("www/img/", "logo.png"), entry("www/img", "logo.png") },
-            { "www/img/logo.png -> logo.png" } },
         { "lower case", "LOWER_CASE", { entry("www", "Index.HTML") },
             { "www/Index.HTML -> index.html" } },
         { "upper case, of the stored remote name", "UPPER_CASE",
             { entry("www", "Index.HTML", "home.htm") }, { "www/Index.HTML -> HOME.HTM" } },
-        { "any other value keeps the case", "lower_case", { entry("www", "Index.HTML") },
-            { "www/Index.HTML -> Index.HTML" } },
-        { "an expanded folder is cased too", "LOWER_CASE", { entry("", "www") },
-            { "www/Index.HTML -> index.html", "www/img/icons/a.ico -> a.ico",
-                "www/img/icons/b.ico -> b.ico", "www/img/logo.png -> logo.png" } },
         { "a missing file stays, to be reported", "PRESERVE", { entry("www", "gone.txt") },
             { "www/gone.txt -> gone.txt" } },
     };
@@ -91,24 +78,6 @@ TEST_F(FileSetTest, EachFileOnceInListOrderWithItsCasedName)
         SettingsStore::set(settings::config::kFileCasingPut, QLatin1String(c.casing));
         EXPECT_EQ(shown(FileSet::build(c.entries)), c.files) << c.what;
     }
-}
-
-TEST_F(FileSetTest, TotalIsTheSumOfTheSizesFoundPast32Bits)
-{
-    const QString big = path_("big/huge.bin");
-    QDir().mkpath(QFileInfo(big).path());
-    QFile file(big);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    constexpr qint64 kHuge = 5LL * 1024 * 1024 * 1024; // sparse: costs no disk
-    ASSERT_TRUE(file.resize(kHuge));
-    file.close();
-
-    // The size on disk wins over the listed one; a missing file counts with its listed size.
-    const auto set = FileSet::build(
-        { entry("big", "huge.bin", "", 12), entry("www", "img"), entry("www", "gone.txt", "", 7) });
-    ASSERT_EQ(set.files().size(), 5u);
-    EXPECT_EQ(set.files().front().size, kHuge);
-    EXPECT_EQ(set.totalBytes(), kHuge + 3 * 100 + 7);
 }
 
 TEST_F(FileSetTest, PreparationRefusesWithoutSitesOrFilesAndShowsTheWaitText)
@@ -121,7 +90,6 @@ TEST_F(FileSetTest, PreparationRefusesWithoutSitesOrFilesAndShowsTheWaitText)
     };
     const Case cases[] = {
         { "no sites", 0, { entry("www", "Index.HTML") }, ids::kNoTargetSites },
-        { "no sites and no files", 0, {}, ids::kNoTargetSites },
         { "no files", 2, {}, ids::kNoFilesToSend },
         { "ready", 2, { entry("www", "Index.HTML") }, 0 },
     };

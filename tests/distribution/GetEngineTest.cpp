@@ -1,14 +1,11 @@
 // The get engine against the pyftpdlib fixture: the remote folders mirrored under the local
-// folder by FTPDirTree, the local refusals, and names that would lead out of the local folder.
+// folder by FTPDirTree, and names that would lead out of the local folder.
 
 #include "distribution/GetEngine.h"
 
 #include "EngineFixture.h"
 #include "app/SettingsStore.h"
 #include "platform/StringIds.h"
-#include "platform/StringTable.h"
-
-#include <QFile>
 
 namespace zelto::test {
 namespace {
@@ -118,34 +115,6 @@ TEST_F(GetEngineTest, NamesThatWouldLeaveTheLocalFolderAreRefused)
         << files[0].message.toStdString();
     EXPECT_EQ(filesUnder(local()), QStringList { "in/data/ok.bin" });
     EXPECT_EQ(server_->commandCount(QStringLiteral("RETR")), 1);
-}
-
-TEST_F(GetEngineTest, LocalFolderAndOverwriteRefusals)
-{
-    setMode(settings::config::kDirTreeLastDir);
-    remoteFile(QStringLiteral("data/2024/a.bin"), 5);
-    remoteFile(QStringLiteral("data/keep/k.bin"), 5);
-    remoteFile(QStringLiteral("data/new/n.bin"), 5);
-    ASSERT_TRUE(makeFile(local(QStringLiteral("in/2024")), 1, 7)); // a file where a folder goes
-    ASSERT_TRUE(makeFile(local(QStringLiteral("in/keep/k.bin")), 3, 8));
-    const auto in = QStringLiteral("in");
-    std::vector<FileEntry> files = {
-        wanted(QStringLiteral("/data/2024"), QStringLiteral("a.bin"), in),
-        wanted(QStringLiteral("/data/keep"), QStringLiteral("k.bin"), in),
-        wanted(QStringLiteral("/data/new"), QStringLiteral("n.bin"), in),
-    };
-
-    ASSERT_EQ(get(files), kEngineRan);
-    EXPECT_EQ(resultsOf(files), (std::vector<int> { 240, 239, 0 }));
-    EXPECT_EQ(files[0].message, StringTable::text(ids::kCannotCreateFolder));
-    EXPECT_EQ(files[1].message, StringTable::text(ids::kCannotOverwrite));
-    EXPECT_EQ(
-        logged(ids::kLogMakeDirectoryFailed), QStringList { local(QStringLiteral("in/2024")) });
-    QFile kept(local(QStringLiteral("in/keep/k.bin")));
-    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
-    EXPECT_EQ(kept.readAll(), makeBytes(3, 8));
-    EXPECT_TRUE(sameBytes(
-        home() + QStringLiteral("/data/new/n.bin"), local(QStringLiteral("in/new/n.bin"))));
 }
 
 } // namespace

@@ -7,8 +7,6 @@
 #include "distribution/WorkerThreads.h"
 #include "platform/StringIds.h"
 
-#include <QFileInfo>
-
 #include <array>
 
 namespace zelto::test {
@@ -81,6 +79,23 @@ protected:
         return results;
     }
 
+    // A serial job over the three sites, held by server 0 at `command` until the window acts.
+    [[nodiscard]] std::shared_ptr<TransferJob> stalledAt(const char* command)
+    {
+        stall(command);
+        const auto job = makeJob({ site(0), site(1), site(2) }, true);
+        job->start();
+        EXPECT_TRUE(commandSeen(0, command));
+        job->pause();
+        return job;
+    }
+    void stall(const char* command) const
+    {
+        FtpFaults stalled;
+        stalled.stall[QLatin1String(command)] = FtpFaults::kForever;
+        servers_[0]->setFaults(stalled);
+    }
+
     WorkerThreads threads_;
 };
 
@@ -136,29 +151,9 @@ TEST_F(TransferJobTest, ParallelAndSerialServeEveryWorkingSiteAlike)
     EXPECT_EQ(trees[0], trees[1]);
 }
 
-TEST_F(TransferJobTest, LowerCaseNamesOnTheServerLeaveTheLocalFileAlone)
-{
-    SettingsStore::set(settings::config::kFtpDirTree, QStringLiteral("NO_PATH"));
-    SettingsStore::set(
-        settings::config::kFileCasingPut, QLatin1String(settings::config::kCasingLower));
-    const QString local = localPath(QStringLiteral("Index.HTML"));
-    ASSERT_TRUE(makeFile(local, 500, 7));
-    const auto files = FileSet::build({ listed(local_.path(), QStringLiteral("Index.HTML")) });
-
-    const auto job = makeJob({ site(0) }, false, files.files(), outcomes_);
-    job->start();
-    ASSERT_TRUE(ended(job));
-    EXPECT_TRUE(sameBytes(local, servers_[0]->home() + QStringLiteral("/index.html")));
-    EXPECT_FALSE(QFileInfo::exists(servers_[0]->home() + QStringLiteral("/Index.HTML")));
-    EXPECT_TRUE(QFileInfo(local).isFile());
-    EXPECT_EQ(QFileInfo(local).fileName(), QStringLiteral("Index.HTML"));
-}
-
 TEST_F(TransferJobTest, CancellingOneParallelJobLeavesTheOthers)
 {
-    FtpFaults stalled;
-    stalled.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
-    servers_[0]->setFaults(stalled);
+    stall("STOR");
     std::vector<std::shared_ptr<TransferJob>> jobs;
     for (int i = 0; i < kServers; ++i) {
         jobs.push_back(makeJob({ site(i) }, false));
@@ -178,14 +173,8 @@ TEST_F(TransferJobTest, CancellingOneParallelJobLeavesTheOthers)
 
 TEST_F(TransferJobTest, SerialAllHandsTheCurrentAndEveryLaterSiteToTheSink)
 {
-    FtpFaults stalled;
-    stalled.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
-    servers_[0]->setFaults(stalled);
-    const auto job = makeJob({ site(0), site(1), site(2) }, true);
-    job->start();
-    ASSERT_TRUE(commandSeen(0, "STOR"));
+    const auto job = stalledAt("STOR");
     EXPECT_EQ(job->currentServer(), FtpServer::host());
-    job->pause();
     job->cancel();
 
     ASSERT_TRUE(ended(job));
@@ -203,13 +192,7 @@ TEST_F(TransferJobTest, SerialAllHandsTheCurrentAndEveryLaterSiteToTheSink)
 
 TEST_F(TransferJobTest, OnlyThisOneBeforeTheLoginServesTheOtherSites)
 {
-    FtpFaults stalled;
-    stalled.stall[QStringLiteral("USER")] = FtpFaults::kForever;
-    servers_[0]->setFaults(stalled);
-    const auto job = makeJob({ site(0), site(1), site(2) }, true);
-    job->start();
-    ASSERT_TRUE(commandSeen(0, "USER"));
-    job->pause();
+    const auto job = stalledAt("USER");
     job->cancelCurrentSite();
 
     ASSERT_TRUE(ended(job));
@@ -230,13 +213,7 @@ TEST_F(TransferJobTest, OnlyThisOneBeforeTheLoginServesTheOtherSites)
 
 TEST_F(TransferJobTest, OnlyThisOneWhileConnectedEndsTheFileWith237AndGoesOn)
 {
-    FtpFaults stalled;
-    stalled.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
-    servers_[0]->setFaults(stalled);
-    const auto job = makeJob({ site(0), site(1), site(2) }, true);
-    job->start();
-    ASSERT_TRUE(commandSeen(0, "STOR"));
-    job->pause();
+    const auto job = stalledAt("STOR");
     job->cancelCurrentSite();
 
     ASSERT_TRUE(ended(job));
@@ -245,21 +222,6 @@ TEST_F(TransferJobTest, OnlyThisOneWhileConnectedEndsTheFileWith237AndGoesOn)
     expectServed(2);
     for (const auto& result : job->results())
         EXPECT_EQ(result.result, 0) << "port " << result.site.port;
-}
-
-TEST_F(TransferJobTest, APausedJobStillEndsWhenCancelled)
-{
-    const auto job = makeJob({ site(0), site(1), site(2) }, true);
-    job->pause();
-    job->start();
-    job->cancel();
-
-    ASSERT_TRUE(ended(job));
-    ASSERT_EQ(outcomes_.count(), 3u);
-    for (int i = 0; i < kServers; ++i) {
-        EXPECT_EQ(resultsOf(outcomes_.of(site(i).port)), all(FileEntry::kNotTried));
-        EXPECT_EQ(servers_[i]->commandCount(QStringLiteral("USER")), 0);
-    }
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include "TestFiles.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/TransferRoutines.h"
-#include "platform/StringIds.h"
 #include "platform/StringTable.h"
 
 #include <QTemporaryDir>
@@ -80,8 +79,6 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
         { "unknown host", {},
             connectTo([](JobSite& site) { site.server = "no-such-host.invalid"; }),
             { inet::kNameNotResolved }, "The server name could not be resolved.\n", nullptr },
-        { "invalid server name", {}, connectTo([](JobSite& site) { site.server = "bad host"; }),
-            { inet::kInvalidUrl }, "The URL is invalid.", nullptr },
         { "wrong password", {}, connectTo([](JobSite& site) { site.password = "wrong"; }),
             { inet::kLoginFailed },
             "The request to connect to and log on to an FTP server  failed.", "530" },
@@ -91,8 +88,6 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
              return session.connection()->changeFolder("nope");
          }),
             { inet::kServerError }, "An extended error was returned from the server.", "550" },
-        { "missing file", {}, get("nope.bin"), { inet::kServerError },
-            "An extended error was returned from the server.", "550" },
         { "refused STOR", [](FtpFaults& f) { f.refuse = { "STOR" }; }, put("up.bin"),
             { inet::kServerError }, "An extended error was returned from the server.",
             "550 STOR refused by the test server." },
@@ -112,11 +107,6 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
             },
             put("up.bin"), { inet::kConnectionReset, inet::kConnectionTerminated }, nullptr,
             nullptr },
-        { "cancelled put", {}, connected([&](CTransferSession& session) {
-             session.requestCancel();
-             return putFile(session, localFile, "up.bin", false, 3'000'000, {}, true);
-         }),
-            { ids::kPutCanceled }, "FTP Put Canceled", nullptr },
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -137,50 +127,6 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
         }
         EXPECT_FALSE(result.text().contains("secret"));
     }
-}
-
-// A user name the server turns down before it asks for a password (vsftpd here is anonymous only).
-TEST(FtpErrorsTest, RefusedUserNameIsToldApartFromARefusedLogin)
-{
-    SKIP_WITHOUT(Vsftpd);
-    TempSettings settings;
-    useQuickTimeouts();
-    useDirectAccess();
-    Recorder recorder;
-    Vsftpd server;
-    auto site = siteOf(server);
-    site.user = "zelto";
-    CTransferSession session(recorder.services);
-    const auto result = session.connectJob(site);
-    EXPECT_EQ(result.code, inet::kUserNameRefused) << result.text().toStdString();
-    EXPECT_EQ(result.message(),
-        "The request to connect and log on to an FTP server could\nnot be completed because the "
-        "supplied user name is incorrect.");
-    EXPECT_TRUE(result.detail.startsWith("530")) << result.detail.toStdString();
-}
-
-// Local file errors have no text in the table: ours says what happened and to which file.
-TEST(FtpErrorsTest, LocalFailuresNameTheFile)
-{
-    const struct {
-        LocalFileError error;
-        const char* words;
-    } cases[] = {
-        { LocalFileError::DiskFull, "The local disk is full" },
-        { LocalFileError::FileNotFound, "The local file was not found" },
-        { LocalFileError::EndOfFile, "The local file ended before all its bytes were sent" },
-        { LocalFileError::AccessDenied, "Access to the local file was denied" },
-    };
-    for (const auto& c : cases) {
-        const auto result = FtpResult::localFailure(c.error, "/data/a.bin", "system words");
-        EXPECT_TRUE(result.message().startsWith(c.words)) << result.message().toStdString();
-        EXPECT_TRUE(result.message().endsWith("/data/a.bin (system words)"));
-        EXPECT_EQ(result.text(), result.message());
-    }
-    // A code without a text keeps an empty message; its detail still reaches the log.
-    const auto unknown = FtpResult::failure(12050, "reply");
-    EXPECT_EQ(unknown.message(), "");
-    EXPECT_EQ(unknown.text(), "reply");
 }
 
 } // namespace

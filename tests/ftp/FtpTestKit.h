@@ -15,6 +15,8 @@
 #include "platform/Notifier.h"
 #include "platform/TrayIndicator.h"
 
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
@@ -154,6 +156,18 @@ inline JobSite siteOf(const FtpServer& server, const QString& folder = {}, qint6
 inline JobSite siteOf(const Vsftpd& server, const QString& folder = {}, qint64 total = 0)
 {
     return { Vsftpd::host(), Vsftpd::user(), Vsftpd::password(), server.port(), folder, total };
+}
+
+[[nodiscard]] inline QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+[[nodiscard]] inline bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 } // namespace zelto::test

@@ -10,53 +10,6 @@ namespace {
 
 using Text = JobProgress::Text;
 
-TEST(JobProgress, BarPositionFollowsDirection)
-{
-    const struct {
-        bool countsUp;
-        qint64 done;
-        qint64 total;
-        int position;
-    } cases[] = {
-        { true, 0, 1000, 0 },
-        { true, 999, 1000, 99 }, // whole percent, cut down
-        { true, 1000, 1000, 100 },
-        { false, 0, 1000, 100 },
-        { false, 250, 1000, 75 },
-        { false, 1000, 1000, 0 },
-        { true, 4LL << 30, 5LL << 30, 80 }, // beyond 32 bits
-        { true, 10, 0, 0 },
-        { false, 10, 0, 100 },
-    };
-    JobProgress progress;
-    for (const auto& c : cases) {
-        progress.setCountsUp(c.countsUp);
-        EXPECT_EQ(progress.barPosition(c.done, c.total), c.position)
-            << c.countsUp << " " << c.done << "/" << c.total;
-    }
-}
-
-TEST(JobProgress, ResetClearsEverything)
-{
-    JobProgress progress;
-    progress.setJobBytes(10, 20);
-    progress.setFileBytes(3, 4);
-    progress.setCountsUp(false);
-    progress.setJobBar(50);
-    progress.setFileBar(75);
-    for (std::size_t i = 0; i < JobProgress::kTextCount; ++i)
-        progress.setText(static_cast<Text>(i), QStringLiteral("text %1").arg(i));
-
-    progress.reset();
-    const auto s = progress.snapshot();
-    EXPECT_EQ(s.jobDone + s.jobTotal + s.fileDone + s.fileTotal, 0);
-    EXPECT_EQ(s.jobBar, 0);
-    EXPECT_EQ(s.fileBar, 0);
-    EXPECT_TRUE(s.countsUp);
-    for (const auto& text : s.texts)
-        EXPECT_TRUE(text.isEmpty()) << text.toStdString();
-}
-
 // A text whose two halves must agree: a reader that saw a mix of two writes would notice.
 QString stamped(qint64 round, std::size_t slot)
 {

@@ -56,41 +56,5 @@ TEST(LineEndConverter, ConvertsAcrossChunkBoundaries)
     }
 }
 
-TEST(LineEndConverter, EveryCutGivesTheWholeResultAndRoundTrips)
-{
-    const QByteArray local("line one\nline two\r\n\r\rlone\r\n\n\rend\r");
-    const QByteArray wire = convert(Way::ToWire, { local });
-    const QByteArray back = convert(Way::FromWire, { wire });
-    for (qsizetype cut = 0; cut <= local.size(); ++cut)
-        EXPECT_EQ(convert(Way::ToWire, { local.left(cut), local.mid(cut) }), wire) << cut;
-    for (qsizetype cut = 0; cut <= wire.size(); ++cut)
-        EXPECT_EQ(convert(Way::FromWire, { wire.left(cut), wire.mid(cut) }), back) << cut;
-
-    // Byte by byte, through one reused buffer, as a pump with a tiny block would do.
-    LineEndConverter toWire;
-    QByteArray piece;
-    QByteArray joined;
-    for (const char byte : local) {
-        piece.resize(0);
-        toWire.toWire(QByteArrayView(&byte, 1), piece);
-        joined += piece;
-    }
-    EXPECT_EQ(joined, wire);
-
-    // Text written locally with bare line feeds comes back as it was.
-    const QByteArray unix("a\nb\n\nlast");
-    EXPECT_EQ(convert(Way::FromWire, { convert(Way::ToWire, { unix }) }), unix);
-}
-
-TEST(LineEndConverter, AppendsToWhatTheBufferHolds)
-{
-    LineEndConverter converter;
-    QByteArray out("kept");
-    converter.toWire("x\n", out);
-    EXPECT_EQ(out, QByteArray("keptx\r\n"));
-    converter.fromWire("y\r\n", out);
-    EXPECT_EQ(out, QByteArray("keptx\r\ny\n"));
-}
-
 } // namespace
 } // namespace zelto

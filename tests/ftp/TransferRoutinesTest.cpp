@@ -31,18 +31,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
 // One of the fixture servers, seen from both ends: the name a client uses for a file in its
 // writable folder, and where the server keeps that file.
 struct Target {
@@ -212,28 +200,6 @@ TEST_F(TransferRoutinesTest, TextModeSendsCrlfAndBringsBackLocalLineEnds)
         EXPECT_TRUE(waitUntil(
             [&] { return contents(target.stored("raw.txt")) == "one\ntwo\r\nthree\n"; }, 5s));
         SettingsStore::set(settings::ftp::kTransferType, "NotFound");
-    }
-}
-
-TEST_F(TransferRoutinesTest, NonAsciiNamesArriveAsTheyAre)
-{
-    const QString folder = QStringLiteral("Ünïcode ordner");
-    const QString name = QStringLiteral("Grüße € 日本.txt");
-    const QByteArray bytes = "content\n";
-    const auto source = local_.filePath(name);
-    ASSERT_TRUE(writeFile(source, bytes));
-    for (const auto& target : targets_) {
-        SCOPED_TRACE(target.name.toStdString());
-        auto session = connect(target);
-        ASSERT_TRUE(session->connection()->makeFolder(target.remote(folder)).ok());
-        const auto remote = target.remote(folder + u'/' + name);
-        const auto put = putFile(*session, source, remote, false, bytes.size(), {}, true);
-        ASSERT_TRUE(put.ok()) << put.text().toStdString();
-        EXPECT_TRUE(
-            waitUntil([&] { return contents(target.stored(folder + u'/' + name)) == bytes; }, 5s));
-        const auto back = local_.filePath("back " + name);
-        ASSERT_TRUE(getFile(*session, remote, back, false, bytes.size(), {}).ok());
-        EXPECT_EQ(contents(back), bytes);
     }
 }
 

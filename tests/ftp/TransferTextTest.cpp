@@ -1,13 +1,9 @@
 #include "ftp/ProgressText.h"
-#include "ftp/RunningTime.h"
-#include "ftp/TransferCounters.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <limits>
-#include <thread>
-#include <vector>
 
 namespace zelto {
 namespace {
@@ -94,82 +90,6 @@ TEST(ProgressText, BytesTextCarriesSixtyFourBitCounts)
     };
     for (const auto& c : cases)
         EXPECT_EQ(ProgressText::bytesText(c.moved, c.total), QLatin1String(c.text)) << c.text;
-}
-
-TEST(ProgressText, RateAndRemainingTime)
-{
-    EXPECT_DOUBLE_EQ(ProgressText::rateKbs(1500, 0), 1.5); // no whole second yet counts as one
-    EXPECT_DOUBLE_EQ(ProgressText::rateKbs(1500, 3), 0.5);
-    EXPECT_EQ(ProgressText::rateText(ProgressText::rateKbs(kFiveGiB, 1)),
-        QLatin1String("5368709.12 kbs"));
-    EXPECT_EQ(ProgressText::rateText(0), QLatin1String("0.00 kbs"));
-
-    EXPECT_DOUBLE_EQ(ProgressText::remainingSeconds(1000, 250, 10), 30.0);
-    EXPECT_DOUBLE_EQ(ProgressText::remainingSeconds(kFiveGiB, kFiveGiB / 5, 10), 40.0);
-    EXPECT_DOUBLE_EQ(ProgressText::remainingSeconds(1000, 0, 10), 0.0);
-}
-
-TEST(RunningTime, AddsSecondsModuloSixtyWithTheWrap)
-{
-    using namespace std::chrono_literals;
-    const auto start = RunningTime::Clock::time_point {} + 1000s;
-    RunningTime time(start);
-    const struct {
-        std::chrono::milliseconds since;
-        int amount;
-    } rounds[] = {
-        { 0ms, 0 },
-        { 900ms, 0 },
-        { 1200ms, 1 },
-        { 30s, 29 },
-        { 59500ms, 29 },
-        { 60200ms, -59 }, // the minute wraps: once a minute the amount is negative
-        { 61s, 1 },
-        { 125s, 4 },
-    };
-    for (const auto& r : rounds)
-        EXPECT_EQ(time.advance(start + r.since), r.amount) << r.since.count();
-
-    // The next file starts again from 0, whatever the time since the job start.
-    RunningTime nextFile(start);
-    EXPECT_EQ(nextFile.advance(start + 75s), 15);
-}
-
-TEST(RunningTime, RateSecondsAreWholeAndAtLeastOne)
-{
-    using namespace std::chrono_literals;
-    const auto start = RunningTime::Clock::time_point {} + 1000s;
-    EXPECT_EQ(RunningTime::rateSeconds(start, start), 1);
-    EXPECT_EQ(RunningTime::rateSeconds(start, start + 999ms), 1);
-    EXPECT_EQ(RunningTime::rateSeconds(start, start + 2500ms), 2);
-    EXPECT_EQ(RunningTime::rateSeconds(start, start - 5s), 1);
-}
-
-TEST(TransferCounters, ConcurrentWorkersLoseNothing)
-{
-    auto& counters = TransferCounters::instance();
-    const auto before = counters.snapshot();
-    constexpr int kWorkers = 4;
-    constexpr int kRounds = 20000;
-    {
-        std::vector<std::jthread> workers;
-        for (int w = 0; w < kWorkers; ++w) {
-            workers.emplace_back([&counters] {
-                for (int i = 0; i < kRounds; ++i) {
-                    counters.addRemoteBytesWritten(kFiveGiB);
-                    counters.addFileTransferred();
-                    counters.addTransferSeconds(i % 2 ? 1.0 : -0.5);
-                }
-            });
-        }
-    }
-    const auto after = counters.snapshot();
-    EXPECT_EQ(after.remoteBytesWritten - before.remoteBytesWritten,
-        qint64(kWorkers) * kRounds * kFiveGiB);
-    EXPECT_EQ(after.filesTransferred - before.filesTransferred, kWorkers * kRounds);
-    EXPECT_DOUBLE_EQ(after.transferSeconds - before.transferSeconds, kWorkers * kRounds * 0.25);
-    EXPECT_EQ(after.localBytesRead, before.localBytesRead);
-    EXPECT_EQ(after.copySeconds, before.copySeconds);
 }
 
 } // namespace
