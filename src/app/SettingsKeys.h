@@ -76,6 +76,7 @@ inline constexpr TextKey kTextExtensionsPage { kConfig, "TextExtensions", "" };
 inline constexpr TextKey kEmail { kConfig, "Email", "" };
 // Only one connect dialog reads this port; every other reader uses ftp::kPort.
 inline constexpr IntKey kConnectDialogPort { kConfig, "Port", 21 };
+inline constexpr char kWinStateIconic[] = "ICONIC";
 inline constexpr TextKey kWinState { kConfig, "WinState", "RESTORED" };
 inline constexpr TextKey kStartScreen { kConfig, "StartScreen", "" };
 inline constexpr TextKey kScheduler { kConfig, "Scheduler", kNo };
@@ -132,7 +133,9 @@ inline constexpr TextKey kFileName { kLog, "FileName", "" };
 inline constexpr TextKey kFileNamePageProbe { kLog, "FileName", "notFnd" };
 inline constexpr IntKey kTimeFormat { kLog, "TimeFormat", 0 };
 inline constexpr IntKey kDateFormat { kLog, "DateFormat", 0 };
-inline constexpr TextKey kView { kLog, "View", "ALL" };
+inline constexpr char kViewAll[] = "ALL";
+inline constexpr char kViewSuccess[] = "SUCCESS";
+inline constexpr TextKey kView { kLog, "View", kViewAll };
 // The log writer reads its folder here; the System page writes config::kDefaultDir.
 inline constexpr TextKey kDefaultDir { kLog, "DefaultDir", "" };
 } // namespace log
@@ -162,7 +165,8 @@ inline constexpr TextKey kConnectOkPage { kSounds, "ConnectOk", kPageSentinel };
 inline constexpr TextKey kTransferOkPage { kSounds, "TransferOk", kPageSentinel };
 inline constexpr TextKey kConnectFailPage { kSounds, "ConnectFail", kPageSentinel };
 inline constexpr TextKey kTransferFailPage { kSounds, "TransferFail", kPageSentinel };
-inline constexpr TextKey kTransferType { kSounds, "TransferType", "BATCH" };
+inline constexpr char kBatch[] = "BATCH";
+inline constexpr TextKey kTransferType { kSounds, "TransferType", kBatch };
 } // namespace sounds
 
 // Execute command of the file list views: "Ext%d" keys, probed with a sentinel.

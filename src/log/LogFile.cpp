@@ -3,6 +3,7 @@
 #include "app/DataFolders.h"
 #include "app/SettingsStore.h"
 #include "platform/Paths.h"
+#include "platform/ServerFileHeader.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -10,13 +11,12 @@
 namespace zelto {
 namespace {
 
-constexpr char kHeader[] = "FTP_SERVER_FILE";
-constexpr qsizetype kHeaderSize = sizeof(kHeader) - 1;
+constexpr qsizetype kHeaderSize = sizeof(kServerFileHeader) - 1;
 constexpr int kTabsPerLine = 6;
 
 QByteArray headerLine()
 {
-    return QByteArray(kHeader) + '\n';
+    return QByteArray(kServerFileHeader) + '\n';
 }
 
 QByteArray recordLine(const LogRecord& record)
@@ -36,7 +36,7 @@ Header readHeader(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return Header::Unreadable;
-    return file.read(kHeaderSize) == kHeader ? Header::Present : Header::Wrong;
+    return file.read(kHeaderSize) == kServerFileHeader ? Header::Present : Header::Wrong;
 }
 
 LogFile::Result writeBytes(QFile& file, QIODevice::OpenMode mode, const QByteArray& bytes)

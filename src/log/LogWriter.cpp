@@ -17,9 +17,6 @@ namespace {
 
 using BoundedLock = std::unique_lock<std::timed_mutex>;
 
-constexpr char kViewAll[] = "ALL";
-constexpr char kViewSuccess[] = "SUCCESS";
-
 bool isYes(const settings::TextKey& key)
 {
     return SettingsStore::get(key) == QLatin1StringView(settings::kYes);
@@ -28,9 +25,9 @@ bool isYes(const settings::TextKey& key)
 LogFilter filterFromSettings()
 {
     const QString view = SettingsStore::get(settings::log::kView);
-    if (view == QLatin1StringView(kViewAll))
+    if (view == QLatin1StringView(settings::log::kViewAll))
         return LogFilter::All;
-    if (view == QLatin1StringView(kViewSuccess))
+    if (view == QLatin1StringView(settings::log::kViewSuccess))
         return LogFilter::Successful;
     return LogFilter::Unsuccessful;
 }

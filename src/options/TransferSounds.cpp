@@ -6,8 +6,6 @@
 namespace zelto {
 namespace {
 
-constexpr char kBatch[] = "BATCH";
-
 SoundEvent outcome(bool transferred)
 {
     return transferred ? SoundEvent::TransferOk : SoundEvent::TransferFail;
@@ -17,7 +15,8 @@ SoundEvent outcome(bool transferred)
 
 TransferSounds::TransferSounds(SoundSink& sounds)
     : sounds_(sounds)
-    , perBatch_(SettingsStore::get(settings::sounds::kTransferType) == QLatin1StringView(kBatch))
+    , perBatch_(SettingsStore::get(settings::sounds::kTransferType)
+          == QLatin1StringView(settings::sounds::kBatch))
 {
 }
 

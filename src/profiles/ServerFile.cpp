@@ -1,5 +1,6 @@
 #include "ServerFile.h"
 
+#include "platform/ServerFileHeader.h"
 #include "profiles/StoredFormats.h"
 
 #include <QFile>
@@ -14,7 +15,7 @@ std::optional<QByteArray> ServerFile::body(const QString& file)
     QByteArray text = in.readAll();
     if (const qsizetype nul = text.indexOf('\0'); nul >= 0)
         text.truncate(nul);
-    if (!text.startsWith(serverfile::kHeader))
+    if (!text.startsWith(kServerFileHeader))
         return std::nullopt;
     const qsizetype lineFeed = text.indexOf('\n');
     return lineFeed < 0 ? QByteArray() : text.mid(lineFeed + 1);

@@ -53,9 +53,6 @@ inline constexpr int kValueBuffer = 127;
 
 namespace zelto::serverfile {
 
-// Server files (.sts profiles, .fls file lists) begin with this word on a line of its own. Only the
-// word is compared, so a carriage return after it does no harm.
-inline constexpr char kHeader[] = "FTP_SERVER_FILE";
 // A word of an .sts line that stands for an empty value.
 inline constexpr char kNoValue[] = "NONE";
 

@@ -24,7 +24,8 @@ int WindowedRun::run(const StartRequest& request)
     StartupChecks::applyQueueStartRule();
     CMainFrame frame;
     // Without a tray icon to bring it back, an "ICONIC" start shows the window minimised.
-    if (SettingsStore::get(settings::config::kWinState) == QLatin1StringView("ICONIC"))
+    if (SettingsStore::get(settings::config::kWinState)
+        == QLatin1StringView(settings::config::kWinStateIconic))
         frame.showMinimized();
     else
         frame.show();
