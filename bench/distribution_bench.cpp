@@ -69,9 +69,10 @@ public:
 // Counts the files that did not reach their site.
 class Tally final : public JobOutcomeSink {
 public:
-    void siteFinished(const JobSite& site, const std::vector<FileEntry>& files) override
+    void siteFinished(const SiteOutcome& outcome) override
     {
-        for (const FileEntry& file : files) {
+        const JobSite& site = outcome.site;
+        for (const FileEntry& file : outcome.files) {
             if (file.result != FileEntry::kSent) {
                 if (failed_++ == 0)
                     std::cerr << site.port << ": " << file.message.toStdString() << '\n';

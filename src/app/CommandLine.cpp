@@ -25,6 +25,11 @@ void CommandLineParser::parseParameter(const QString& parameter, bool isFlag)
 {
     if (request_.unattended)
         return;
+    if (isFlag && parameter.compare(QLatin1StringView("q"), Qt::CaseInsensitive) == 0) {
+        request_.queueRun = true;
+        request_.unattended = true;
+        return;
+    }
     if (isFlag) {
         pendingFlag_ = parameter;
         return;

@@ -7,16 +7,18 @@
 
 namespace zelto {
 
-// What the command line asks for: a script to run or a link to run, either of which makes the run
-// unattended.
+// What the command line asks for: a script to run, a link to run or the queue to send once, any of
+// which makes the run unattended.
 struct StartRequest {
     QString scriptFile;
     QString linkName;
+    bool queueRun = false;
     bool unattended = false;
 };
 
 // Reads parameters one by one. Only the first accepted form counts: "b" (any case) followed by a
-// script path, or "l" followed by a link name; everything else is dropped without a word.
+// script path, "l" followed by a link name, or "q" (any case) alone; everything else is dropped
+// without a word.
 class CommandLineParser final {
 public:
     // A parameter is a flag when it starts with "-", or when it is "/" and one letter, so that an

@@ -15,13 +15,15 @@ QString ProgramInfo::usage()
         "\n"
         "  -b FILE.cmd   run an FTP command script, then end\n"
         "  -l NAME       send the link NAME to its sites in parallel, then end\n"
-        "                (a flag may also be written with a slash: /b, /l)\n"
+        "  -q            send the transfer queue once, wait for its jobs, then end\n"
+        "                (a flag may also be written with a slash: /b, /l, /q)\n"
         "  --headless    run without any window, messages on standard error\n"
         "                (the default when no display is available)\n"
         "  --help        show this text\n"
         "  --version     show the version\n"
         "\n"
-        "Exit status: 0 done, 1 some of the work failed, 2 the work could not start.\n");
+        "Exit status: 0 done (for -q: the queue is empty at the end), 1 some of the work\n"
+        "failed, 2 the work could not start.\n");
 }
 
 QString ProgramInfo::versionLine()

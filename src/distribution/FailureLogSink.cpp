@@ -22,9 +22,10 @@ FailureLogSink::FailureLogSink(LogSink& log) : log_(log)
 {
 }
 
-void FailureLogSink::siteFinished(const JobSite& site, const std::vector<FileEntry>& files)
+void FailureLogSink::siteFinished(const SiteOutcome& outcome)
 {
-    for (const auto& entry : files) {
+    const JobSite& site = outcome.site;
+    for (const auto& entry : outcome.files) {
         if (entry.result == FileEntry::kSent)
             continue;
         LogEvent event;

@@ -14,7 +14,7 @@ class FailureLogSink final : public JobOutcomeSink {
 public:
     explicit FailureLogSink(LogSink& log);
 
-    void siteFinished(const JobSite& site, const std::vector<FileEntry>& files) override;
+    void siteFinished(const SiteOutcome& outcome) override;
 
 private:
     LogSink& log_;

@@ -14,10 +14,10 @@ struct LinkDistribution::Site final : JobOutcomeSink {
     Site(LinkDistribution& owner, JobSite target) : run(owner), site(std::move(target)) { }
 
     // On the job's worker thread; the tally is read on the run's thread once the job has ended.
-    void siteFinished(const JobSite& ended, const std::vector<FileEntry>& files) override
+    void siteFinished(const SiteOutcome& outcome) override
     {
-        tally = run.report_->siteFiles(ended, files);
-        run.bookkeeping_.siteFinished(ended, files);
+        tally = run.report_->siteFiles(outcome.site, outcome.files);
+        run.bookkeeping_.siteFinished(outcome);
     }
 
     LinkDistribution& run;

@@ -180,7 +180,7 @@ void TransferJob::work(const std::shared_ptr<Worker>& worker, std::stop_token st
             site = worker->sites[worker->next++];
             results_.push_back({ site, kNotRun });
         }
-        outcomes_.siteFinished(site, setup_.files);
+        outcomes_.siteFinished(outcomeOf(site, setup_.files));
     }
     endWorker(worker);
 }
@@ -203,7 +203,7 @@ int TransferJob::runSite(Worker& worker, const JobSite& site, std::stop_token st
         const std::lock_guard lock(mutex_);
         worker.session = nullptr;
     }
-    outcomes_.siteFinished(site, files);
+    outcomes_.siteFinished(outcomeOf(site, files));
     session.disconnectJob();
     return code;
 }
@@ -216,11 +216,16 @@ int TransferJob::runEngine(CTransferSession& session, const JobSite& site,
     options.keepFolder = setup_.keepFolder;
     // Only a put of the browser's selection may delete its sources: a distribution's other sites
     // still need them.
-    options.keepSource = setup_.mode != TransferMode::BrowserPut;
+    options.keepSource = setup_.mode != TransferMode::Put;
     options.cancelJob = &cancelSite;
     if (setup_.mode == TransferMode::Get)
         return runGetEngine(session, site, files, options);
     return runPutEngine(session, site, files, options);
+}
+
+SiteOutcome TransferJob::outcomeOf(const JobSite& site, const std::vector<FileEntry>& files) const
+{
+    return { setup_.mode, site, setup_.target ? &*setup_.target : nullptr, files };
 }
 
 void TransferJob::endWorker(const std::shared_ptr<Worker>& worker)

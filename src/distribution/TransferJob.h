@@ -1,6 +1,8 @@
 #pragma once
 
 #include "distribution/FileEntry.h"
+#include "distribution/JobOutcomeSink.h"
+#include "distribution/TransferMode.h"
 #include "ftp/JobProgress.h"
 #include "ftp/JobServices.h"
 #include "ftp/JobSite.h"
@@ -12,17 +14,14 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <stop_token>
 #include <vector>
 
 namespace zelto {
 
 class CTransferSession;
-class JobOutcomeSink;
 class WorkerThreads;
-
-// What a job does with its files. The numbers are those the queue's bookkeeping keeps.
-enum class TransferMode { BrowserPut = 0, Get = 1, DistributionPut = 3 };
 
 // The work behind one transfer window: one site (a single job, as each window of Send Parallel
 // has), or a job list that one worker walks in order (Send Serial, the queue). Each site gets a
@@ -46,6 +45,8 @@ public:
         // A job list walked by one worker; otherwise `sites` holds the one site of the job.
         bool serial = false;
         std::vector<JobSite> sites;
+        // A copy's destination server; `sites` then holds its source.
+        std::optional<JobSite> target;
         std::vector<FileEntry> files;
         // Set by callers that send a selection with its folder (the engines' keep-folder rule).
         bool keepFolder = false;
@@ -111,6 +112,8 @@ private:
     [[nodiscard]] int runEngine(CTransferSession& session, const JobSite& site,
         std::vector<FileEntry>& files, const std::atomic<bool>& cancelSite) const;
     void endWorker(const std::shared_ptr<Worker>& worker);
+    [[nodiscard]] SiteOutcome outcomeOf(
+        const JobSite& site, const std::vector<FileEntry>& files) const;
 
     Setup setup_;
     JobServices& services_;

@@ -12,6 +12,7 @@ TEST(CommandLineParse, TakesOnlyTheFirstAcceptedForm)
         QStringList parameters;
         QString script;
         QString link;
+        bool queue = false;
     } cases[] = {
         { "script flag any case", { "/B", "run.cmd" }, "run.cmd", "" },
         { "link with slash", { "/l", "nightly" }, "", "nightly" },
@@ -23,13 +24,17 @@ TEST(CommandLineParse, TakesOnlyTheFirstAcceptedForm)
         { "flag without value", { "-l" }, "", "" },
         { "absolute path is a value", { "/b", "/tmp/x/run.CMD" }, "/tmp/x/run.CMD", "" },
         { "slash word is not a flag", { "/bx", "run.cmd" }, "", "" },
+        { "queue needs no value", { "/Q", "nightly" }, "", "", true },
+        { "queue after a pending flag", { "-l", "-q" }, "", "", true },
+        { "queue after a form is ignored", { "-l", "nightly", "-q" }, "", "nightly" },
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const StartRequest request = CommandLineParser::parse(c.parameters);
         EXPECT_EQ(request.scriptFile, c.script);
         EXPECT_EQ(request.linkName, c.link);
-        EXPECT_EQ(request.unattended, !c.script.isEmpty() || !c.link.isEmpty());
+        EXPECT_EQ(request.queueRun, c.queue);
+        EXPECT_EQ(request.unattended, !c.script.isEmpty() || !c.link.isEmpty() || c.queue);
     }
 }
 

@@ -33,10 +33,10 @@ public:
         std::vector<FileEntry> files;
     };
 
-    void siteFinished(const JobSite& site, const std::vector<FileEntry>& files) override
+    void siteFinished(const SiteOutcome& outcome) override
     {
         const std::lock_guard lock(mutex_);
-        sites_.push_back({ site, files });
+        sites_.push_back({ outcome.site, outcome.files });
     }
 
     [[nodiscard]] std::vector<Site> sites() const

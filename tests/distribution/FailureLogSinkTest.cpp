@@ -46,7 +46,8 @@ TEST(FailureLogSinkTest, LogsEachFileNotSentWithItsRemotePathAndReason)
         entry.remoteFolder = QString::fromUtf8(c.remoteFolder);
         entry.result = c.result;
         entry.message = QString::fromUtf8(c.message);
-        sink.siteFinished(site, { entry });
+        const std::vector<FileEntry> files { entry };
+        sink.siteFinished({ TransferMode::DistributionPut, site, nullptr, files });
 
         const auto events = recorder.events();
         if (!c.file) {
