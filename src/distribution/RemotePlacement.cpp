@@ -3,6 +3,7 @@
 #include "app/SettingsStore.h"
 #include "platform/Paths.h"
 
+#include <QDir>
 #include <QRegularExpression>
 
 #include <functional>
@@ -80,7 +81,12 @@ bool RemotePlacement::shortNamesSetting()
 
 QChar RemotePlacement::localSeparator(const QString& localFolder)
 {
-    return localFolder.contains(u'/') ? u'/' : u'\\';
+    if (localFolder.contains(u'/'))
+        return u'/';
+    if (localFolder.contains(u'\\'))
+        return u'\\';
+    // A one-level relative folder ("www") says nothing: it is a folder of this system.
+    return QDir::separator();
 }
 
 QChar RemotePlacement::remoteSeparator(const QString& remoteFolder)

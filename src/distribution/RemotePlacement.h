@@ -44,7 +44,7 @@ public:
     // RenameLongFileNames: on for any value other than "NO".
     [[nodiscard]] static bool shortNamesSetting();
 
-    // "\" unless the folder holds a "/".
+    // "/" when the folder holds one, else "\" when it holds one, else this system's separator.
     [[nodiscard]] static QChar localSeparator(const QString& localFolder);
     // "/" unless the folder holds a "\".
     [[nodiscard]] static QChar remoteSeparator(const QString& remoteFolder);

@@ -37,6 +37,26 @@ void expectChained(const Placement& placement, const QString& top)
     EXPECT_EQ(show(placement.folder), show(parent));
 }
 
+TEST(RemotePlacementTest, LocalPathsKeepTheFoldersOwnSeparator)
+{
+    const struct {
+        const char* folder;
+        const char* path;
+    } cases[] = {
+        { "C:\\web\\site", "C:\\web\\site\\a.txt" },
+        { "C:\\web\\", "C:\\web\\a.txt" },
+        { "/home/me/site", "/home/me/site/a.txt" },
+        { "/home/me/", "/home/me/a.txt" },
+        { "www", "www/a.txt" }, // relative, one level: this system's separator
+        { "", "a.txt" },
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(
+            show(RemotePlacement::localPath(QString::fromUtf8(c.folder), QStringLiteral("a.txt"))),
+            c.path);
+    }
+}
+
 TEST(RemotePlacementTest, ShortNamesFollowTheEightDotThreeRule)
 {
     const std::pair<const char*, const char*> cases[] = {
