@@ -1,28 +1,19 @@
 #include "LinkCommand.h"
 
+#include "app/NoTray.h"
 #include "app/StartupChecks.h"
-#include "distribution/FailureLogSink.h"
 #include "distribution/LinkDistribution.h"
 #include "distribution/WorkerThreads.h"
 #include "ftp/JobServices.h"
 #include "log/LogWriter.h"
 #include "options/SoundEvents.h"
-#include "platform/TrayIndicator.h"
+#include "queue/QueueBookkeeping.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
 
 namespace zelto {
-namespace {
-
-// An unattended run has no tray icon.
-class NoTray final : public TrayIndicator {
-public:
-    void setState(TrayState) override { }
-};
-
-} // namespace
 
 int LinkCommand::run(const QString& name, Notifier& notifier, SoundPlayer& player)
 {
@@ -30,11 +21,10 @@ int LinkCommand::run(const QString& name, Notifier& notifier, SoundPlayer& playe
     SoundEvents sounds(player);
     NoTray tray;
     JobServices services { log, sounds, tray, notifier };
-    // Until the queue takes them, the files that failed are logged.
-    FailureLogSink failures(log);
+    QueueBookkeeping bookkeeping(log);
     WorkerThreads threads;
 
-    LinkDistribution distribution(services, threads, failures, stdout);
+    LinkDistribution distribution(services, threads, bookkeeping, stdout);
     int status = kExitOk;
     const bool running = distribution.start(
         name, [](bool allSent) { QCoreApplication::exit(allSent ? kExitOk : kExitFailed); });

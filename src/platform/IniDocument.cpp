@@ -1,8 +1,10 @@
 #include "platform/IniDocument.h"
 
 #include <QIODevice>
+#include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace zelto {
 
@@ -38,6 +40,14 @@ bool sameName(QByteArrayView a, QByteArrayView b)
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
         return foldAscii(x) == foldAscii(y);
     });
+}
+
+// The key of a name in the section index: equal for names that sameName() matches.
+QByteArray folded(QByteArrayView name)
+{
+    QByteArray key(name.data(), name.size());
+    std::transform(key.begin(), key.end(), key.begin(), foldAscii);
+    return key;
 }
 
 // The name of a "[name]" line: up to the last "]", so that a name may itself hold brackets.
@@ -213,19 +223,22 @@ template <typename Sink> void IniDocument::forEachPiece(Sink sink) const
     if (bom_)
         sink(kBom);
     for (const Section& section : sections_) {
+        if (section.edited || section.renamed) {
+            endRun();
+            if (section.headed) {
+                sink(section.header);
+                sink("\n");
+            }
+        }
         if (!section.edited) {
-            if (!run.isEmpty() && run.data() + run.size() == section.raw.data()) {
-                run = QByteArrayView(run.data(), run.size() + section.raw.size());
+            const QByteArrayView piece = section.renamed ? section.body : section.raw;
+            if (!run.isEmpty() && run.data() + run.size() == piece.data()) {
+                run = QByteArrayView(run.data(), run.size() + piece.size());
             } else {
                 endRun();
-                run = section.raw;
+                run = piece;
             }
             continue;
-        }
-        endRun();
-        if (section.headed) {
-            sink(section.header);
-            sink("\n");
         }
         for (const QByteArrayView line : section.lines) {
             sink(line);
@@ -237,25 +250,37 @@ template <typename Sink> void IniDocument::forEachPiece(Sink sink) const
 
 std::optional<QString> IniDocument::value(const QString& section, const QString& key) const
 {
+    return values(section, { key }).front();
+}
+
+std::vector<std::optional<QString>> IniDocument::values(
+    const QString& section, const QStringList& keys) const
+{
+    std::vector<std::optional<QString>> result(std::size_t(keys.size()));
     const Section* found = find(nameBytes(section));
     if (!found)
-        return std::nullopt;
-    const QByteArray wanted = nameBytes(key);
-    std::optional<QByteArrayView> result;
-    const auto match = [&](QByteArrayView line) {
+        return result;
+    std::vector<QByteArray> wanted;
+    for (const QString& key : keys)
+        wanted.push_back(nameBytes(key));
+    qsizetype missing = keys.size();
+    forEachLine(*found, [&](QByteArrayView line) {
         const auto entry = keyLine(line);
-        if (entry && sameName(entry->key, wanted))
-            result = entry->value;
-        return !result;
-    };
-    forEachLine(*found, match);
-    if (!result)
-        return std::nullopt;
-    QByteArrayView text = *result;
-    // The platform's reads drop one pair of double quotes around a value; so do we.
-    if (text.size() >= 2 && text.startsWith('"') && text.endsWith('"'))
-        text = text.sliced(1, text.size() - 2);
-    return QString::fromUtf8(text);
+        if (!entry)
+            return true;
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            if (result[i] || !sameName(entry->key, wanted[i]))
+                continue;
+            QByteArrayView text = entry->value;
+            // The platform's reads drop one pair of double quotes around a value; so do we.
+            if (text.size() >= 2 && text.startsWith('"') && text.endsWith('"'))
+                text = text.sliced(1, text.size() - 2);
+            result[i] = QString::fromUtf8(text);
+            --missing;
+        }
+        return missing > 0;
+    });
+    return result;
 }
 
 void IniDocument::setValue(const QString& section, const QString& key, const QString& value)
@@ -342,22 +367,78 @@ void IniDocument::replaceSection(const QString& section, const QStringList& line
     }
 }
 
+qsizetype IniDocument::sectionSize(const QString& section) const
+{
+    const Section* found = find(nameBytes(section));
+    if (!found)
+        return 0;
+    if (!found->edited)
+        return found->body.size();
+    qsizetype size = 0;
+    for (const QByteArrayView line : found->lines)
+        size += line.size() + 1;
+    return size;
+}
+
+bool IniDocument::renameSection(const QString& from, const QString& to)
+{
+    const QByteArray name = nameBytes(to);
+    const std::size_t index = indexOf(nameBytes(from));
+    if (index == kNone || indexOf(name) != kNone)
+        return false;
+    Section& section = sections_[index];
+    index_.remove(folded(section.name));
+    const QByteArrayView header = store('[' + name + ']');
+    section.name = header.sliced(1, name.size());
+    section.header = header;
+    section.renamed = true;
+    if (duplicates_) {
+        // A later section of the old name is now the first of it.
+        index_.clear();
+        indexed_ = false;
+    } else {
+        index_.insert(folded(section.name), index);
+    }
+    return true;
+}
+
 bool IniDocument::removeSection(const QString& section)
 {
-    const QByteArray wanted = nameBytes(section);
-    hint_ = kNone;
-    return std::erase_if(sections_, [&](const Section& s) {
-        return s.headed && sameName(s.name, wanted);
-    }) > 0;
+    return removeSections({ section }) > 0;
+}
+
+qsizetype IniDocument::removeSections(const QStringList& sections)
+{
+    QSet<QByteArray> wanted;
+    for (const QString& section : sections)
+        wanted.insert(folded(nameBytes(section)));
+    const auto removed = qsizetype(std::erase_if(
+        sections_, [&](const Section& s) { return s.headed && wanted.contains(folded(s.name)); }));
+    if (removed > 0) {
+        // The sections after them moved up.
+        index_.clear();
+        indexed_ = false;
+    }
+    return removed;
 }
 
 std::size_t IniDocument::indexOf(QByteArrayView name) const
 {
-    for (std::size_t i = 0; i < sections_.size(); ++i) {
-        if (sections_[i].headed && sameName(sections_[i].name, name))
-            return i;
+    if (!indexed_) {
+        index_.reserve(qsizetype(sections_.size()));
+        duplicates_ = false;
+        for (std::size_t i = 0; i < sections_.size(); ++i) {
+            if (!sections_[i].headed)
+                continue;
+            QByteArray key = folded(sections_[i].name);
+            if (index_.contains(key)) // the first of a name is the one read and changed
+                duplicates_ = true;
+            else
+                index_.insert(std::move(key), i);
+        }
+        indexed_ = true;
     }
-    return kNone;
+    return index_.value(folded(name), kNone);
 }
 
 const IniDocument::Section* IniDocument::find(QByteArrayView name) const
@@ -368,12 +449,7 @@ const IniDocument::Section* IniDocument::find(QByteArrayView name) const
 
 IniDocument::Section* IniDocument::find(QByteArrayView name)
 {
-    // Changes come in runs on one section: look where the last one was first. Sections are only
-    // ever added at the end, so a section found once stays the first of its name until a removal.
-    if (hint_ >= sections_.size() || !sections_[hint_].headed
-        || !sameName(sections_[hint_].name, name))
-        hint_ = indexOf(name);
-    return hint_ == kNone ? nullptr : &sections_[hint_];
+    return const_cast<Section*>(std::as_const(*this).find(name));
 }
 
 IniDocument::Section& IniDocument::findOrAdd(QByteArrayView name)
@@ -386,7 +462,8 @@ IniDocument::Section& IniDocument::findOrAdd(QByteArrayView name)
     added.name = header.sliced(1, name.size());
     added.header = header;
     added.edited = true;
-    hint_ = sections_.size() - 1;
+    // find() above built the index, and found no section of this name.
+    index_.insert(folded(added.name), sections_.size() - 1);
     return added;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -42,6 +43,10 @@ public:
     // quotes (as the platform's private-profile reads do), or nothing when the section or key is
     // missing. "key=" has the empty value.
     [[nodiscard]] std::optional<QString> value(const QString& section, const QString& key) const;
+    // The values of several keys of one section, read as value() reads each, in one pass over
+    // the section's lines.
+    [[nodiscard]] std::vector<std::optional<QString>> values(
+        const QString& section, const QStringList& keys) const;
     // Changes the first line of the key in place, or adds "key=value" after the last non-blank line
     // of the section, or adds the section at the end of the file. Line breaks in any of the three
     // texts become spaces, so that a value can never add lines or sections to the file.
@@ -57,8 +62,16 @@ public:
     // Replaces everything below the section's header with `lines`, adding the section when missing.
     // As with the platform's section writes, only lines holding "=" are kept.
     void replaceSection(const QString& section, const QStringList& lines);
+    // The size in bytes of the section's lines, line breaks included; 0 when it is missing.
+    [[nodiscard]] qsizetype sectionSize(const QString& section) const;
+    // Gives the first section named `from` the name `to`, in its place and with its lines as they
+    // stand, so that moving many sections costs no copies of their lines. False, changing nothing,
+    // when there is no section `from` or one named `to` exists already.
+    bool renameSection(const QString& from, const QString& to);
     // Removes every section of that name, header and lines; returns whether there was one.
     bool removeSection(const QString& section);
+    // The same for many sections in one pass over the file; returns how many were removed.
+    qsizetype removeSections(const QStringList& sections);
 
 private:
     struct Section {
@@ -68,6 +81,7 @@ private:
         QByteArrayView header; // the header line without its line break
         QByteArrayView body; // the lines below the header as read
         bool edited = false;
+        bool renamed = false; // `header` is a new one; the body may still be untouched
         std::vector<QByteArrayView> lines; // the body lines once edited, without line breaks
     };
 
@@ -87,7 +101,11 @@ private:
     // of sections and a vector would copy them all each time it grows.
     std::deque<Section> sections_;
     static constexpr std::size_t kNone = std::size_t(-1);
-    std::size_t hint_ = kNone; // index of the section the last change found
+    // Folded section name -> index of its first section, built at the first lookup and dropped
+    // by a removal: a queue of ten thousand items is looked up section by section.
+    mutable QHash<QByteArray, std::size_t> index_;
+    mutable bool indexed_ = false;
+    mutable bool duplicates_ = false; // some name names two sections
     bool bom_ = false;
     bool crlf_ = false;
 };

@@ -156,13 +156,17 @@ bool PrivateProfile::deleteKey(const QString& file, const QString& section, cons
     return update(file, [&](IniDocument& document) { return document.removeKey(section, key); });
 }
 
+QStringList PrivateProfile::getSection(const QString& file, const QString& section, int bufferSize)
+{
+    return cutSection(read(file).sectionLines(section), bufferSize);
+}
+
 // The platform's section read lays the lines out as "line\0line\0...\0\0". When that does not fit,
 // it fills bufferSize - 2 characters (the terminators between lines included) and ends with two
 // terminators: the lines that fit stay whole, the line at the cut keeps what fits of it, the rest
 // is dropped.
-QStringList PrivateProfile::getSection(const QString& file, const QString& section, int bufferSize)
+QStringList PrivateProfile::cutSection(const QStringList& lines, int bufferSize)
 {
-    QStringList lines = read(file).sectionLines(section);
     qsizetype needed = 1;
     for (const QString& line : lines)
         needed += characterCount(line) + 1;

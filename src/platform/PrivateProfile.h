@@ -50,6 +50,8 @@ public:
     // The rules of the two reads, for callers that parsed the file once (see read()): a value cut
     // to what a buffer of bufferSize characters holds, and a value read as an integer.
     [[nodiscard]] static QString cutToBuffer(const QString& value, int bufferSize);
+    // A section's lines as a section read into a buffer of bufferSize characters gives them.
+    [[nodiscard]] static QStringList cutSection(const QStringList& lines, int bufferSize);
     [[nodiscard]] static int toInt(const std::optional<QString>& value, int fallback);
     // The leading decimal number of a text: an optional sign, then digits; no digits gives 0.
     // Clamped to 64 bits.

@@ -1,0 +1,81 @@
+#include "QueueCommand.h"
+
+#include "app/NoTray.h"
+#include "app/StartupChecks.h"
+#include "distribution/LinkReport.h"
+#include "distribution/WorkerThreads.h"
+#include "ftp/JobServices.h"
+#include "log/LogWriter.h"
+#include "options/SoundEvents.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+#include "queue/QueueBookkeeping.h"
+#include "queue/QueueSender.h"
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <cstdio>
+
+namespace zelto {
+namespace {
+
+// Prints the items of each job as it ends (the lines of a link run), then hands them on.
+class ItemLines final : public JobOutcomeSink {
+public:
+    explicit ItemLines(JobOutcomeSink& bookkeeping) : bookkeeping_(bookkeeping) { }
+
+    void siteFinished(const SiteOutcome& outcome) override
+    {
+        const LinkReport::Tally tally = lines_.siteFiles(outcome.site, outcome.files);
+        sent_ += tally.sent;
+        failed_ += tally.failed;
+        bookkeeping_.siteFinished(outcome);
+    }
+
+    [[nodiscard]] int sent() const { return sent_; }
+    [[nodiscard]] int failed() const { return failed_; }
+
+private:
+    JobOutcomeSink& bookkeeping_;
+    LinkReport lines_ { QString(), stdout };
+    std::atomic<int> sent_ { 0 };
+    std::atomic<int> failed_ { 0 };
+};
+
+void printLine(const QString& line)
+{
+    std::fputs((line + u'\n').toLocal8Bit().constData(), stdout);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
+{
+    LogWriter log(notifier);
+    SoundEvents sounds(player);
+    NoTray tray;
+    JobServices services { log, sounds, tray, notifier };
+    QueueStore store;
+    QueueBookkeeping bookkeeping(log, store);
+    ItemLines lines(bookkeeping);
+    WorkerThreads threads;
+
+    QueueSender sender(services, threads, lines, store);
+    if (sender.sendQueue([] { QCoreApplication::exit(kExitOk); }) == 0) {
+        printLine(StringTable::text(ids::kQueueEmptyOrSending));
+        return kExitOk;
+    }
+    (void)QCoreApplication::exec();
+    // Every job has ended by now; this only waits for the threads to leave.
+    threads.stopAll(WorkerThreads::kExitWait);
+    const int left = store.count();
+    printLine(QStringLiteral("Queue: %1 sent, %2 failed, %3 left in the queue.")
+                  .arg(lines.sent())
+                  .arg(lines.failed())
+                  .arg(left));
+    return left == 0 ? kExitOk : kExitFailed;
+}
+
+} // namespace zelto

@@ -1,0 +1,21 @@
+#pragma once
+
+namespace zelto {
+
+class Notifier;
+class SoundPlayer;
+
+// The unattended send of the queue (-q): the queue is sent once as the resend timer sends it, a
+// line per item goes to standard output as its job ends, and a closing line when the last job
+// has ended. The log goes to the log file only.
+class QueueCommand final {
+public:
+    QueueCommand() = delete;
+
+    // Runs in the event loop of the running application. Returns the exit status: 0 when the
+    // queue is empty at the end, 1 when items are left (failed again, or still marked as being
+    // sent by an earlier run that did not end).
+    [[nodiscard]] static int run(Notifier& notifier, SoundPlayer& player);
+};
+
+} // namespace zelto

@@ -1,0 +1,269 @@
+// The queue file as each operation leaves it, alone or many in one write, and what survives bad
+// files and failed writes.
+
+#include "queue/QueueStore.h"
+
+#include "platform/IniDocument.h"
+#include "platform/PrivateProfile.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <functional>
+#include <map>
+#include <optional>
+#include <sys/resource.h>
+
+namespace zelto {
+namespace {
+
+QueueItem named(const QString& name, const QString& reason = {})
+{
+    QueueItem item;
+    item.localName = name;
+    item.reason = reason;
+    return item;
+}
+
+// A queue file of items named a, b, c... with only their names and attempts; keys added to the
+// text go to the last item.
+QByteArray queueOf(const std::vector<int>& attempts)
+{
+    QByteArray text = "[QUEUE]\nNumQueues=" + QByteArray::number(qsizetype(attempts.size())) + "\n";
+    for (std::size_t i = 0; i < attempts.size(); ++i) {
+        text += "[QUEUE" + QByteArray::number(qsizetype(i + 1)) + "]\nLocalName=" + char('a' + i)
+            + "\nNumTimes=" + QByteArray::number(attempts[i]) + "\n";
+    }
+    return text;
+}
+
+QStringList namesOf(const std::vector<QueueItem>& items)
+{
+    QStringList names;
+    for (const QueueItem& item : items)
+        names.append(item.localName);
+    return names;
+}
+
+// Every section with its lines, by name: where in the file a section stands does not matter.
+std::map<QString, QStringList> sectionsOf(const QByteArray& file)
+{
+    const IniDocument document(file);
+    std::map<QString, QStringList> sections;
+    for (const QString& name : document.sectionNames())
+        sections.emplace(name, document.sectionLines(name));
+    return sections;
+}
+
+class QueueStoreTest : public ::testing::Test {
+protected:
+    [[nodiscard]] QString path() const { return dir_.filePath(QStringLiteral("zeltoQue.ini")); }
+    void writeFile(const QByteArray& bytes) const
+    {
+        QFile out(path());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        ASSERT_EQ(out.write(bytes), bytes.size());
+    }
+    [[nodiscard]] QByteArray readFile() const
+    {
+        QFile in(path());
+        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+    }
+
+    QTemporaryDir dir_;
+};
+
+TEST_F(QueueStoreTest, OperationsLeaveTheSectionsAsTheRulesSay)
+{
+    QueueItem full = named("a.txt", "refused");
+    full.remoteName = "A.TXT";
+    full.source = "Local";
+    full.destination = "ftp.example.org";
+    full.remDirFile = full.remDir = "/pub";
+    full.locDirFile = "/home/me";
+    full.password = "pw";
+    full.login = "me";
+    full.fileSize = "12";
+    full.port = "21";
+    const QString longReason(1100, u'x');
+    using Lines = std::optional<QStringList>; // nothing: the section is gone
+    struct Case {
+        const char* what;
+        std::optional<QByteArray> before; // nothing: no file
+        std::function<void(QueueStore&)> change;
+        QStringList names;
+        std::vector<std::pair<QString, Lines>> sections;
+    };
+    const Case cases[] = {
+        { "append to an absent file", std::nullopt, [&](QueueStore& s) { s.appendFailed(full); },
+            { "a.txt" },
+            { { "QUEUE1",
+                QStringList { "NumTimes=1", "LocalName=a.txt", "RemoteName=A.TXT",
+                    "RemDirFile=/pub", "LocDirFile=/home/me", "Reason=refused", "Password=pw",
+                    "Login=me", "RemDir=/pub", "Source=Local", "Destination=ftp.example.org",
+                    "FtpMethod=ZELTO_PUT", "FileSize=12", "Port=21", "Status=0" } } } },
+        { "a second failure counts up",
+            "[QUEUE]\nNumQueues=1\n[QUEUE1]\nLocalName=a\nReason=first\nNumTimes=1\nStatus=1\n",
+            [](QueueStore& s) { s.appendFailed(named("a", "second")); }, { "a" },
+            { { "QUEUE1",
+                QStringList { "LocalName=a", "Reason=first", "NumTimes=2", "Status=0" } } } },
+        { "remove the only item", queueOf({ 1 }), [](QueueStore& s) { s.removeSent(named("a")); },
+            {}, { { "QUEUE1", QStringList {} } } },
+        { "remove 2 of 3", queueOf({ 1, 2, 3 }), [](QueueStore& s) { s.removeSent(named("b")); },
+            { "a", "c" },
+            { { "QUEUE2", QStringList { "LocalName=c", "NumTimes=3" } },
+                { "QUEUE3", QStringList {} } } },
+        { "purge 1, 3, 2 with limit 2", queueOf({ 1, 3, 2 }),
+            [](QueueStore& s) { s.purgeByAttempts(2); }, { "a", "c" },
+            { { "QUEUE2", QStringList { "LocalName=c", "NumTimes=2" } },
+                { "QUEUE3", QStringList {} } } },
+        { "clear keeps the sections", queueOf({ 1, 1 }), [](QueueStore& s) { s.clear(); }, {},
+            { { "QUEUE2", QStringList { "LocalName=b", "NumTimes=1" } } } },
+        { "rewrite 4 of 5 keeps QUEUE5", queueOf({ 1, 1, 1, 1, 1 }),
+            [](QueueStore& s) {
+                auto rows = s.loadAll();
+                rows.erase(rows.begin() + 2);
+                s.rewrite(rows, 1);
+            },
+            { "a", "b", "d", "e" }, { { "QUEUE5", QStringList { "LocalName=e", "NumTimes=1" } } } },
+        { "rewrite 2 of 5 deletes QUEUE3 only", queueOf({ 1, 1, 1, 1, 1 }),
+            [](QueueStore& s) {
+                const auto rows = s.loadAll();
+                s.rewrite({ rows[0], rows[4] }, 3);
+            },
+            { "a", "e" },
+            { { "QUEUE3", std::nullopt },
+                { "QUEUE4", QStringList { "LocalName=d", "NumTimes=1" } } } },
+        { "a section too long for the buffer is cut as it moves down",
+            queueOf({ 1, 1 }) + "Reason=" + longReason.toUtf8() + "\nSource=x\n",
+            [](QueueStore& s) { s.removeSent(named("a")); }, { "b" },
+            { { "QUEUE1",
+                QStringList { "LocalName=b", "NumTimes=1", "Reason=" + longReason.left(995) } } } },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        QFile::remove(path());
+        if (c.before)
+            writeFile(*c.before);
+        QueueStore store(path());
+        c.change(store);
+        EXPECT_EQ(namesOf(store.loadAll()), c.names);
+        EXPECT_EQ(store.count(), c.names.size());
+        const IniDocument file = PrivateProfile::read(path());
+        for (const auto& [section, lines] : c.sections) {
+            EXPECT_EQ(file.hasSection(section), lines.has_value()) << section.toStdString();
+            if (lines) {
+                EXPECT_EQ(file.sectionLines(section), *lines) << section.toStdString();
+            }
+        }
+    }
+}
+
+// One write for many operations must leave the file that one write per operation leaves.
+TEST_F(QueueStoreTest, OneUpdateEqualsOperationsOneByOne)
+{
+    using Op = std::function<void(QueueBatch&)>;
+    QueueItem copy = named("x");
+    copy.ftpMethod = "ZELTO_XFER";
+    copy.remLogin = "second";
+    const Op append = [](QueueBatch& b) { b.appendFailed(named("new")); };
+    const Op remove3 = [](QueueBatch& b) { b.removeSent(named("c")); };
+    const std::vector<std::vector<Op>> scenarios = {
+        { append, remove3, [](QueueBatch& b) { b.markSending(4); }, append,
+            [](QueueBatch& b) { b.removeSent(named("a")); },
+            [](QueueBatch& b) { b.appendFailed(named("g")); }, remove3,
+            [](QueueBatch& b) { b.purgeByAttempts(2); },
+            [](QueueBatch& b) { b.removeSent(named("new")); } },
+        { [](QueueBatch& b) { b.resetAllIdle(); }, remove3, [](QueueBatch& b) { b.clear(); },
+            append, [&](QueueBatch& b) { b.appendFailed(copy); }, append,
+            [](QueueBatch& b) { b.removeSent(named("new")); } },
+    };
+    // The last item, "g", passes the section buffer only when cut.
+    const QByteArray before
+        = queueOf({ 1, 3, 1, 2, 1, 5, 1 }) + "Reason=" + QByteArray(1100, 'r') + "\nStatus=1\n";
+    for (std::size_t s = 0; s < scenarios.size(); ++s) {
+        SCOPED_TRACE(s);
+        writeFile(before);
+        QueueStore store(path());
+        for (const Op& op : scenarios[s])
+            store.update(op);
+        const QByteArray oneByOne = readFile();
+        writeFile(before);
+        store.update([&](QueueBatch& batch) {
+            for (const Op& op : scenarios[s])
+                op(batch);
+        });
+        EXPECT_EQ(sectionsOf(readFile()), sectionsOf(oneByOne));
+    }
+}
+
+TEST_F(QueueStoreTest, ReadLimitsCutLongValues)
+{
+    writeFile("[QUEUE]\nNumQueues=1\n[QUEUE1]\nLocalName=" + QByteArray(300, 'n') + "\nPassword="
+        + QByteArray(60, 'p') + "\nFtpMethod=ZELTO_PUT_AND_MORE_WORDS\nRemLogin=other\n");
+    const auto window = QueueStore(path()).loadAll();
+    IniDocument document = PrivateProfile::read(path());
+    const auto sender = QueueBatch(document).items(QueueReader::Sender);
+    ASSERT_EQ(window.size(), 1u);
+    ASSERT_EQ(sender.size(), 1u);
+    EXPECT_EQ(window[0].localName, QString(254, u'n'));
+    EXPECT_EQ(window[0].password, QString(60, u'p'));
+    EXPECT_EQ(window[0].remLogin, QString()); // not "ZELTO_XFER": the second site is not read
+    EXPECT_EQ(sender[0].password, QString(49, u'p'));
+    // 19 characters, and any word but the upload's and the download's is site-to-site.
+    EXPECT_EQ(sender[0].ftpMethod, "ZELTO_PUT_AND_MORE_");
+    EXPECT_EQ(sender[0].remLogin, "other");
+}
+
+TEST_F(QueueStoreTest, BadFilesReadWithoutHarmAndKeepTheirReadableItems)
+{
+    const QByteArray one = "[QUEUE1]\nLocalName=a\n";
+    const struct {
+        const char* what;
+        QByteArray file;
+        QStringList names;
+    } cases[] = {
+        { "cut short", "[QUEUE]\nNumQueues=2\n" + one + "[QUEUE2]\nLocalNa", { "a", "" } },
+        { "a count larger than the sections", "[QUEUE]\nNumQueues=3\n" + one, { "a", "", "" } },
+        { "a negative count", "[QUEUE]\nNumQueues=-2\n" + one, {} },
+        { "a count that is no number", "[QUEUE]\nNumQueues=abc\n" + one, {} },
+        { "binary garbage",
+            QByteArray("\0\x01\xff\n[QUEUE]\nNumQueues=1\n", 24) + one
+                + QByteArray("\xc3\x28\0", 3),
+            { "a" } },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        writeFile(c.file);
+        QueueStore store(path());
+        EXPECT_EQ(namesOf(store.loadAll()), c.names);
+        EXPECT_TRUE(store.appendFailed(named("new")));
+        EXPECT_EQ(namesOf(store.loadAll()), c.names + QStringList { "new" });
+    }
+    // A count far past the last section is not taken at its word.
+    writeFile("[QUEUE]\nNumQueues=2000000000\n" + one);
+    EXPECT_EQ(QueueStore(path()).count(), 1 + QueueBatch::kMaxMissingItems);
+}
+
+// A write that fails half way (the disk full, the program killed) leaves the old file whole.
+TEST_F(QueueStoreTest, FailedWriteKeepsTheOldFile)
+{
+    const QByteArray before = queueOf({ 1 });
+    writeFile(before);
+    rlimit old {};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small { 100, old.rlim_max };
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const bool written = QueueStore(path()).appendFailed(named("b", QString(200, u'r')));
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_FALSE(written);
+    EXPECT_EQ(readFile(), before);
+}
+
+} // namespace
+} // namespace zelto
