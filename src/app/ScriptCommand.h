@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+namespace zelto {
+
+class Notifier;
+class SoundPlayer;
+
+// The unattended run of a command script named on the command line: the script runs on its
+// worker, its progress lines go to standard output, and the program ends with the script. The
+// log goes to the log file only, so that nothing is printed twice.
+class ScriptCommand final {
+public:
+    ScriptCommand() = delete;
+
+    // Runs script `path` (which must exist) in the event loop of the running application.
+    // Returns the exit status: 0 when every line succeeded, 1 when any failed.
+    [[nodiscard]] static int run(const QString& path, Notifier& notifier, SoundPlayer& player);
+};
+
+} // namespace zelto

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+namespace zelto {
+
+// Where a running script reports what it does: its progress window, or standard output in an
+// unattended run. Both calls come from the script's worker thread; an implementation that shows
+// the lines in a window hands them over to the window's own thread.
+class ScriptProgressSink {
+public:
+    virtual ~ScriptProgressSink() = default;
+    // One progress line, in the order of the steps.
+    virtual void addLine(const QString& line) = 0;
+    // The run has ended and its connections are closed; the run counts as finished once this
+    // has returned. `allSucceeded` is false when any line failed or the run was stopped before
+    // the end of the script.
+    virtual void ended(bool allSucceeded) = 0;
+};
+
+} // namespace zelto
