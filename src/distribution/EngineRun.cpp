@@ -8,6 +8,22 @@
 #include "platform/StringTable.h"
 
 namespace zelto {
+namespace {
+
+// Connects `session`; on failure every file keeps the connect's text as the reason it was not
+// sent.
+FtpResult connectFor(CTransferSession& session, const JobSite& site, std::vector<FileEntry>& files)
+{
+    auto connected = session.connectJob(site);
+    if (!connected.ok()) {
+        const auto text = connected.text();
+        for (auto& entry : files)
+            entry.message = text;
+    }
+    return connected;
+}
+
+} // namespace
 
 EngineRun::EngineRun(CTransferSession& session, const EngineOptions& options)
     : session_(session), options_(options), localMachine_(StringTable::text(ids::kLocalMachine))
@@ -17,13 +33,9 @@ EngineRun::EngineRun(CTransferSession& session, const EngineOptions& options)
 FtpResult EngineRun::connect(const JobSite& site, std::vector<FileEntry>& files)
 {
     host_ = site.server;
-    auto connected = session_.connectJob(site);
-    if (!connected.ok()) {
-        const auto text = connected.text();
-        for (auto& entry : files)
-            entry.message = text;
+    auto connected = connectFor(session_, site, files);
+    if (!connected.ok())
         return connected;
-    }
     mode_ = RemotePlacement::dirTreeSetting(options_.keepFolder);
     shortNames_ = RemotePlacement::shortNamesSetting();
     sounds_.emplace(session_.services().sounds);
@@ -35,6 +47,20 @@ FtpResult EngineRun::connect(const JobSite& site, std::vector<FileEntry>& files)
             entry.remoteFolder = startFolder_;
     jobStart_ = options_.jobStart.value_or(RunningTime::Clock::now());
     return connected;
+}
+
+FtpResult EngineRun::connect(CTransferSession& source, const JobSite& sourceSite,
+    const JobSite& site, std::vector<FileEntry>& files)
+{
+    if (auto connected = connectFor(source, sourceSite, files); !connected.ok())
+        return connected;
+    // Said from the start, as for the target's folder: the bookkeeping keeps where each file
+    // came from.
+    const auto sourceFolder = source.connection()->currentFolder();
+    for (auto& entry : files)
+        if (entry.localFolder.isEmpty())
+            entry.localFolder = sourceFolder;
+    return connect(site, files);
 }
 
 bool EngineRun::stopRequested() const

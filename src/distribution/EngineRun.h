@@ -16,9 +16,10 @@ namespace zelto {
 
 class CTransferSession;
 
-// The frame that the put and the get engine share for one site: the connect, the settings read
+// The frame that the put, get and copy engines share for one site: the connect, the settings read
 // at the start of the run, the stop test, and what each file's outcome publishes (entry, status,
-// sound, log).
+// sound, log). The run's session is the site's; for a copy it is the target's, where the files
+// land, and the source's session is connected first beside it.
 class EngineRun final {
 public:
     EngineRun(CTransferSession& session, const EngineOptions& options);
@@ -30,6 +31,11 @@ public:
     // not-tried result and gets the connect's text as its message, so that the bookkeeping can
     // say why it was not sent.
     [[nodiscard]] FtpResult connect(const JobSite& site, std::vector<FileEntry>& files);
+    // A copy: connects `source` to `sourceSite`, then the run's session to `site` as above.
+    // Every file without a source folder (its local folder) gets the source connection's folder.
+    // A failure of either connect is every file's message.
+    [[nodiscard]] FtpResult connect(CTransferSession& source, const JobSite& sourceSite,
+        const JobSite& site, std::vector<FileEntry>& files);
 
     [[nodiscard]] bool stopRequested() const;
     [[nodiscard]] DirTree mode() const { return mode_; }

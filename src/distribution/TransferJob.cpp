@@ -1,5 +1,6 @@
 #include "TransferJob.h"
 
+#include "distribution/CopyEngine.h"
 #include "distribution/EngineOptions.h"
 #include "distribution/GetEngine.h"
 #include "distribution/JobOutcomeSink.h"
@@ -57,6 +58,8 @@ TransferJob::TransferJob(
         [](qint64 sum, const FileEntry& file) { return sum + file.size; });
     for (JobSite& site : setup_.sites)
         site.totalBytes = total;
+    if (setup_.target)
+        setup_.target->totalBytes = total;
 }
 
 void TransferJob::start(std::function<void()> finished)
@@ -194,21 +197,30 @@ int TransferJob::runSite(Worker& worker, const JobSite& site, std::stop_token st
     JobServices services { watch, services_.sounds, services_.tray, services_.notifier };
     CTransferSession session(services, &progress_, stop);
     session.setPauseGate(&gate_);
+    // A copy's target has a session of its own on this thread, under the same stop request.
+    std::optional<CTransferSession> target;
+    if (setup_.mode == TransferMode::Copy) {
+        target.emplace(services, &progress_, stop);
+        target->setPauseGate(&gate_);
+    }
     {
         const std::lock_guard lock(mutex_);
         worker.session = &session;
     }
-    const int code = runEngine(session, site, files, worker.cancelSite);
+    const int code
+        = runEngine(session, target ? &*target : nullptr, site, files, worker.cancelSite);
     {
         const std::lock_guard lock(mutex_);
         worker.session = nullptr;
     }
     outcomes_.siteFinished(outcomeOf(site, files));
     session.disconnectJob();
+    if (target)
+        target->disconnectJob();
     return code;
 }
 
-int TransferJob::runEngine(CTransferSession& session, const JobSite& site,
+int TransferJob::runEngine(CTransferSession& session, CTransferSession* target, const JobSite& site,
     std::vector<FileEntry>& files, const std::atomic<bool>& cancelSite) const
 {
     EngineOptions options;
@@ -220,6 +232,9 @@ int TransferJob::runEngine(CTransferSession& session, const JobSite& site,
     options.cancelJob = &cancelSite;
     if (setup_.mode == TransferMode::Get)
         return runGetEngine(session, site, files, options);
+    if (target)
+        return runCopyEngine(
+            session, *target, site, setup_.target.value_or(JobSite {}), files, options);
     return runPutEngine(session, site, files, options);
 }
 

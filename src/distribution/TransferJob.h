@@ -25,8 +25,9 @@ class WorkerThreads;
 
 // The work behind one transfer window: one site (a single job, as each window of Send Parallel
 // has), or a job list that one worker walks in order (Send Serial, the queue). Each site gets a
-// fresh copy of the file set, its own session on the worker's thread, the engine of the mode, and
-// at its end is handed to the outcome sink and disconnected.
+// fresh copy of the file set, its own session on the worker's thread (a copy a second one, for
+// its target), the engine of the mode, and at its end is handed to the outcome sink and
+// disconnected.
 //
 // The window owns a shared pointer and reads progress() and done() on its timer; the workers
 // hold the job too, so a window that closes never waits: a stopped worker finishes on its own.
@@ -45,7 +46,8 @@ public:
         // A job list walked by one worker; otherwise `sites` holds the one site of the job.
         bool serial = false;
         std::vector<JobSite> sites;
-        // A copy's destination server; `sites` then holds its source.
+        // A copy's destination server; `sites` then holds its source. A copy without one fails
+        // its connect.
         std::optional<JobSite> target;
         std::vector<FileEntry> files;
         // Set by callers that send a selection with its folder (the engines' keep-folder rule).
@@ -82,8 +84,9 @@ public:
     // Holds the worker at its next checkpoint (a round of the pump, or before the next site).
     void pause();
     void resume();
-    // Ends the job: the worker stops at its next block or libcurl callback and hands the site
-    // under way, and every later site of the list untried, to the outcome sink.
+    // Ends the job (both servers of a copy): the worker stops at its next block or libcurl
+    // callback and hands the site under way, and every later site of the list untried, to the
+    // outcome sink.
     void cancel();
     // Serial "Only this one". Connected: the file under way ends with 237 and the worker goes on
     // with the next site. Not connected yet: the worker is stopped and hands this site to the
@@ -109,8 +112,10 @@ private:
     void cancelSiteOf(Worker& worker);
     void work(const std::shared_ptr<Worker>& worker, std::stop_token stop);
     [[nodiscard]] int runSite(Worker& worker, const JobSite& site, std::stop_token stop);
-    [[nodiscard]] int runEngine(CTransferSession& session, const JobSite& site,
-        std::vector<FileEntry>& files, const std::atomic<bool>& cancelSite) const;
+    // `target` is the copy's second session, none for the other modes.
+    [[nodiscard]] int runEngine(CTransferSession& session, CTransferSession* target,
+        const JobSite& site, std::vector<FileEntry>& files,
+        const std::atomic<bool>& cancelSite) const;
     void endWorker(const std::shared_ptr<Worker>& worker);
     [[nodiscard]] SiteOutcome outcomeOf(
         const JobSite& site, const std::vector<FileEntry>& files) const;

@@ -1,0 +1,224 @@
+// The copy engine and copy jobs between two servers: where the files land, what each file's
+// failure leaves, the logins, and the end of both sessions.
+
+#include "distribution/CopyEngine.h"
+
+#include "EngineFixture.h"
+#include "app/SettingsStore.h"
+#include "distribution/TransferJob.h"
+#include "distribution/WorkerThreads.h"
+#include "ftp/FtpErrors.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace zelto::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+// The end of a copy job's one site, read once the job is done.
+struct CopyOutcome final : JobOutcomeSink {
+    void siteFinished(const SiteOutcome& outcome) override
+    {
+        targetPort = outcome.target ? outcome.target->port : 0;
+        files = outcome.files;
+    }
+    quint16 targetPort = 0;
+    std::vector<FileEntry> files;
+};
+
+class CopyEngineTest : public EngineFixture {
+protected:
+    void SetUp() override
+    {
+        EngineFixture::SetUp();
+        if (!IsSkipped())
+            to_ = std::make_unique<FtpServer>();
+    }
+
+    // A file of `size` bytes in `folder` of the server shown from `root`, to go to `target`.
+    [[nodiscard]] FileEntry sourceFile(const QString& root, const QString& folder,
+        const QString& name, qint64 size, const QString& target = {})
+    {
+        EXPECT_TRUE(makeFile(root + folder + u'/' + name, size, ++seed_));
+        return entry(folder, name, size, target);
+    }
+
+    [[nodiscard]] static FileEntry entry(
+        const QString& folder, const QString& name, qint64 size, const QString& target)
+    {
+        FileEntry file;
+        file.localFolder = folder;
+        file.localName = file.remoteName = name;
+        file.remoteFolder = target;
+        file.size = size;
+        return file;
+    }
+
+    // Runs the engine (overwriting forbidden), then ends both sessions.
+    int copy(std::vector<FileEntry>& files, const JobSite& from, const JobSite& to)
+    {
+        auto source = session();
+        auto target = session();
+        const int code = runCopyEngine(*source, *target, from, to, files, {});
+        source->disconnectJob();
+        target->disconnectJob();
+        return code;
+    }
+    int copy(std::vector<FileEntry>& files) { return copy(files, siteOf(*server_), siteOf(*to_)); }
+
+    // Copies three files of two nested folders under `sourceTop` of `from` (shown from
+    // `fromRoot`) into `folder` of `to`, and checks each file byte for byte, the folders made one
+    // level after the other, and one session per end.
+    void expectCopied(const JobSite& from, const QString& fromRoot, const QString& sourceTop,
+        const JobSite& to, const QString& toRoot, const QString& folder, const char* dirTree)
+    {
+        SettingsStore::set(settings::config::kFtpDirTree, QString::fromLatin1(dirTree));
+        const bool fullPath = dirTree == std::string_view(settings::config::kDirTreeFullPath);
+        std::vector<FileEntry> files = {
+            sourceFile(fromRoot, sourceTop + "/src/site", "index.html", 1000, folder),
+            sourceFile(fromRoot, sourceTop + "/src/site/img", "logo.gif", 300'000, folder),
+            sourceFile(fromRoot, sourceTop + "/src/site/img", "empty.png", 0, folder),
+        };
+        QStringList made; // every level of the deepest folder, which holds the others
+        auto level = folder;
+        for (const auto& part : files.back().localFolder.split(u'/', Qt::SkipEmptyParts))
+            if (fullPath)
+                made.append(level += u'/' + part);
+        recorder_.clear();
+
+        ASSERT_EQ(copy(files, from, to), kEngineRan);
+        for (const auto& entry : files) {
+            EXPECT_EQ(entry.result, FileEntry::kSent) << entry.message.toStdString();
+            EXPECT_TRUE(sameBytes(fromRoot + entry.localFolder + u'/' + entry.localName,
+                toRoot + folder + (fullPath ? entry.localFolder : QString()) + u'/'
+                    + entry.remoteName));
+        }
+        EXPECT_EQ(logged(ids::kLogMakeDirectoryOk), made);
+        EXPECT_EQ(timesLogged(ids::kLogFtpConnectionOk), 2) << "one session per end";
+    }
+
+    [[nodiscard]] long timesLogged(int id) const
+    {
+        const auto ids = recorder_.logIds();
+        return std::count(ids.begin(), ids.end(), id);
+    }
+
+    std::unique_ptr<FtpServer> to_;
+    WorkerThreads threads_; // stops and waits for its workers before the fixture's services go
+};
+
+TEST_F(CopyEngineTest, CopiesByteExactIntoEachPlacementBetweenTwoServers)
+{
+    for (const auto* dirTree :
+        { settings::config::kDirTreeNoPath, settings::config::kDirTreeFullPath }) {
+        SCOPED_TRACE(dirTree);
+        const auto folder = QStringLiteral("/c_") + QString::fromLatin1(dirTree);
+        ASSERT_TRUE(QDir(to_->home()).mkpath(folder.mid(1)));
+        expectCopied(siteOf(*server_), home(), {}, siteOf(*to_), to_->home(), folder, dirTree);
+    }
+}
+
+// On a real server, whose sessions are processes of their own: the fixture's one-process
+// server can stall an upload that runs beside a download of its own.
+TEST_F(CopyEngineTest, CopiesBetweenTwoSessionsOfOneServer)
+{
+    SKIP_WITHOUT(Vsftpd);
+    Vsftpd server;
+    const auto pub = u'/' + Vsftpd::uploadFolder();
+    expectCopied(siteOf(server), server.root(), pub, siteOf(server), server.root(), pub,
+        settings::config::kDirTreeFullPath);
+}
+
+TEST_F(CopyEngineTest, EachFileKeepsItsOwnFailureAndOnlyCopiedSourcesAreDeleted)
+{
+    SettingsStore::set(settings::config::kDeleteGet, QString::fromLatin1(settings::kYes));
+    const auto existing = to_->home() + QStringLiteral("/t/kept.txt");
+    ASSERT_TRUE(makeFile(existing, 7, 1000));
+    std::vector<FileEntry> files = {
+        sourceFile(home(), "/s", "kept.txt", 20, "/t"),
+        entry("/s", "missing.bin", 10, "/t"),
+        sourceFile(home(), "/s", "moved.bin", 5000, "/t"),
+    };
+    const auto moved = contents(home() + QStringLiteral("/s/moved.bin"));
+
+    ASSERT_EQ(copy(files), kEngineRan);
+
+    EXPECT_EQ(files[0].result, ids::kCannotOverwrite);
+    EXPECT_EQ(files[0].message, StringTable::text(ids::kCannotOverwrite));
+    EXPECT_EQ(contents(existing), makeBytes(7, 1000));
+    EXPECT_EQ(files[1].result, inet::kServerError);
+    EXPECT_FALSE(QFile::exists(to_->home() + QStringLiteral("/t/missing.bin")));
+    EXPECT_EQ(files[1].remoteFolder, QStringLiteral("/t/")) << "a resend goes to the same place";
+    EXPECT_EQ(files[2].result, FileEntry::kSent);
+    EXPECT_EQ(contents(to_->home() + QStringLiteral("/t/moved.bin")), moved);
+    // DeleteGet takes only the source that was copied.
+    EXPECT_TRUE(QFile::exists(home() + QStringLiteral("/s/kept.txt")));
+    EXPECT_FALSE(QFile::exists(home() + QStringLiteral("/s/moved.bin")));
+}
+
+TEST_F(CopyEngineTest, ARefusedLoginOnEitherSideReturnsItsCodeAndCopiesNothing)
+{
+    FtpFaults refused;
+    refused.refuseLogin = QStringList { QStringLiteral("*") };
+    for (const bool targetRefuses : { false, true }) {
+        SCOPED_TRACE(targetRefuses ? "target refuses" : "source refuses");
+        server_->setFaults(targetRefuses ? FtpFaults {} : refused);
+        to_->setFaults(targetRefuses ? refused : FtpFaults {});
+        std::vector<FileEntry> files = { sourceFile(home(), "/s", "a.txt", 20) };
+
+        EXPECT_EQ(copy(files), inet::kLoginFailed);
+        EXPECT_EQ(files[0].result, FileEntry::kNotTried);
+        EXPECT_TRUE(files[0].message.startsWith(StringTable::errorMessage(inet::kLoginFailed)));
+        EXPECT_EQ(server_->commandCount(QStringLiteral("RETR")), 0);
+        EXPECT_EQ(to_->commandCount(QStringLiteral("STOR")), 0);
+        EXPECT_EQ(to_->commandCount(QStringLiteral("USER")), targetRefuses ? 1 : 0);
+    }
+}
+
+TEST_F(CopyEngineTest, ACopyJobEndsBothSessionsWhetherItRanOrWasCancelled)
+{
+    for (const bool cancel : { false, true }) {
+        SCOPED_TRACE(cancel ? "cancelled" : "ran");
+        FtpFaults stalled;
+        if (cancel)
+            stalled.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
+        to_->setFaults(stalled);
+        recorder_.clear();
+        const int stored = to_->commandCount(QStringLiteral("STOR"));
+        const QString name = cancel ? "cancelled.bin" : "ran.bin";
+        TransferJob::Setup setup;
+        setup.mode = TransferMode::Copy;
+        setup.sites = { siteOf(*server_) };
+        setup.target = siteOf(*to_);
+        setup.files = { sourceFile(home(), "/j", name, 70'000) };
+        CopyOutcome outcome;
+        const auto job
+            = TransferJob::create(std::move(setup), recorder_.services, outcome, threads_);
+        job->start();
+        if (cancel) {
+            ASSERT_TRUE(
+                waitUntil([&] { return to_->commandCount(QStringLiteral("STOR")) > stored; }, 20s));
+            job->pause();
+            job->cancel();
+        }
+        ASSERT_TRUE(waitUntil([&] { return job->done(); }, 20s));
+
+        EXPECT_EQ(outcome.targetPort, to_->port());
+        ASSERT_EQ(outcome.files.size(), 1u);
+        const int result = outcome.files[0].result;
+        if (cancel) // whichever end was still moving was stopped, not left to time out
+            EXPECT_TRUE(result == ids::kPutCanceled || result == ids::kGetCanceled) << result;
+        else
+            EXPECT_TRUE(sameBytes(home() + "/j/" + name, to_->home() + u'/' + name));
+        EXPECT_EQ(timesLogged(ids::kLogFtpConnectionClosed), 2);
+        EXPECT_EQ(timesLogged(ids::kLogSessionEnded), 2);
+    }
+}
+
+} // namespace
+} // namespace zelto::test
