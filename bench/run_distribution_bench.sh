@@ -20,17 +20,8 @@ BENCH="$BUILD/bench/zelto_bench_distribution"
 [ -x "$BENCH" ] || { echo "build $BENCH first" >&2; exit 2; }
 command -v lftp >/dev/null || { echo "lftp is missing" >&2; exit 2; }
 
-WORK=$(mktemp -d)
-SERVER_PID=
-cleanup() {
-  exec 3>&- 2>/dev/null || true
-  [ -n "$SERVER_PID" ] && wait "$SERVER_PID" 2>/dev/null || true
-  rm -rf "$WORK"
-}
-trap cleanup EXIT
-
-median() { sort -n "$WORK/$1" | awk '{a[NR]=$1} END {print a[int((NR+1)/2)]}'; }
-ratio() { awk -v a="$1" -v b="$2" 'BEGIN {printf "%.2f", a / b}'; }
+. "$(dirname "$0")/bench_lib.sh"
+bench_workdir
 now() { date +%s.%N; }
 
 echo "making 200 files of 1 MiB"
@@ -57,17 +48,7 @@ sync
 "$BENCH" --fanout 8 --interval 200 --source "$WORK/site" | sed 's/^/  /'
 
 echo "lftp mirror -R, 1 and 8 side by side on 8 servers, $RUNS runs each"
-mkfifo "$WORK/server.in"
-"$BENCH" --serve 8 < "$WORK/server.in" > "$WORK/server.out" &
-SERVER_PID=$!
-exec 3> "$WORK/server.in"
-for _ in $(seq 200); do
-  [ "$(grep -c '^PORT ' "$WORK/server.out" 2>/dev/null)" = 8 ] && break
-  sleep 0.1
-done
-mapfile -t PORTS < <(awk '/^PORT /{print $2}' "$WORK/server.out")
-mapfile -t ROOTS < <(awk '/^PORT /{print $4}' "$WORK/server.out")
-[ "${#PORTS[@]}" = 8 ] || { echo "the servers did not start" >&2; exit 1; }
+start_servers "$BENCH" 8
 mirror() {
   lftp -c "set ftp:passive-mode on; set xfer:clobber on; \
     open -u anonymous,bench ftp://127.0.0.1:$1; mirror -R --no-perms $WORK/site pub/lftp" \
@@ -91,9 +72,7 @@ for _ in $(seq "$RUNS"); do
     echo "$wall" >> "$WORK/lftp$n"
   done
 done
-exec 3>&-
-wait "$SERVER_PID" || true
-SERVER_PID=
+stop_servers
 
 echo "100 parallel sites on 4 servers, 10 files of 1 MiB each"
 sync

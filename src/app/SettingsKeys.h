@@ -145,11 +145,16 @@ namespace schedule {
 using namespace section;
 inline constexpr IntKey kResendFail { kSchedule, "ResendFail", 0 };
 inline constexpr TextKey kResendFreq { kSchedule, "ResendFreq", "" };
+// The ResendFreq that drops an item once it has failed more than ResendFreqNum times.
+inline constexpr char kResendFreqByAttempts[] = "FREQ_NUM";
 inline constexpr IntKey kResendFreqNum { kSchedule, "ResendFreqNum", 0 };
 inline constexpr TextKey kResendTime { kSchedule, "ResendTime", "10" }; // scheduler's timer
 inline constexpr TextKey kResendTimePage { kSchedule, "ResendTime", "0" };
 inline constexpr IntKey kStartQueueProg { kSchedule, "StartQueueProg", 0 };
 inline constexpr IntKey kNumTimers { kSchedule, "NumTimers", 0 };
+// One schedule entry per value, numbered from 0; read with its own name as the default, which
+// means that the value is absent.
+inline constexpr char kTimerPattern[] = "Timer%1";
 } // namespace schedule
 
 // Sound events: a wave file per event, and whether transfer sounds play per file or per batch.

@@ -75,6 +75,13 @@ void SettingsStore::set(const settings::TextKey& key, const QString& value)
     writeText(QLatin1StringView(key.section), QLatin1StringView(key.name), value);
 }
 
+void SettingsStore::remove(const QString& section, const QString& key)
+{
+    QSettings store = openStore();
+    store.remove(path(section, key));
+    store.sync();
+}
+
 QString SettingsStore::location()
 {
     return openStore().fileName();

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] static QString get(const settings::TextKey& key);
     static void set(const settings::IntKey& key, int value);
     static void set(const settings::TextKey& key, const QString& value);
+    // Deletes the value: the next read gives the reader's default.
+    static void remove(const QString& section, const QString& key);
 
     // Where the store lives on this machine, for the user's information.
     [[nodiscard]] static QString location();

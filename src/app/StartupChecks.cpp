@@ -2,6 +2,8 @@
 
 #include "app/DataFolders.h"
 #include "app/LinkCommand.h"
+#include "app/QueueCommand.h"
+#include "app/ScriptCommand.h"
 #include "app/SettingsStore.h"
 #include "platform/Notifier.h"
 #include "platform/PrivateProfile.h"
@@ -43,12 +45,11 @@ int StartupChecks::runUnattended(
         notifier.showMessage(StringTable::text(refused), MessageIcon::Stop);
         return kExitRefused;
     }
+    if (request.queueRun)
+        return QueueCommand::run(notifier, player);
     if (!request.linkName.isEmpty())
         return LinkCommand::run(request.linkName, notifier, player);
-    notifier.showMessage(
-        QStringLiteral("Running command scripts is not available in this version yet."),
-        MessageIcon::Information);
-    return kExitRefused;
+    return ScriptCommand::run(request.scriptFile, notifier, player);
 }
 
 } // namespace zelto

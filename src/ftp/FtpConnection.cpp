@@ -28,6 +28,28 @@ struct FtpConnection::Request {
 
 namespace {
 
+// How long to wait for libcurl's sockets before the next perform, in milliseconds. The cap keeps
+// a stop request prompt. libcurl 7.88 sometimes returns from a perform (after the reply to EPSV)
+// with no socket and no timer to wait on: the full cap would then be lost once per file, so an
+// empty wait set gets the shortest wait.
+int pollWait(CURLM* multi)
+{
+    constexpr long kCap = 20;
+    long timeout = -1;
+    if (curl_multi_timeout(multi, &timeout) == CURLM_OK && timeout == 0)
+        return 0;
+    fd_set read;
+    fd_set write;
+    fd_set except;
+    FD_ZERO(&read);
+    FD_ZERO(&write);
+    FD_ZERO(&except);
+    int highest = -1;
+    if (curl_multi_fdset(multi, &read, &write, &except, &highest) == CURLM_OK && highest < 0)
+        return 1;
+    return int(timeout > 0 && timeout < kCap ? timeout : kCap);
+}
+
 using SList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
 // curl_global_init is not thread-safe and must run once before the first handle.
@@ -438,7 +460,8 @@ CURLcode FtpConnection::run(CURL* handle)
         state = curl_multi_perform(multi_, &running);
         if (state != CURLM_OK || running == 0)
             break;
-        state = curl_multi_poll(multi_, nullptr, 0, 20, nullptr);
+        if (const int wait = pollWait(multi_); wait > 0)
+            state = curl_multi_poll(multi_, nullptr, 0, wait, nullptr);
     }
     CURLcode result = state == CURLM_OK ? CURLE_OK : CURLE_OUT_OF_MEMORY;
     int left = 0;
