@@ -1,12 +1,8 @@
 #include "QueueCommand.h"
 
-#include "app/NoTray.h"
+#include "app/ProgramServices.h"
 #include "app/StartupChecks.h"
 #include "distribution/LinkReport.h"
-#include "distribution/WorkerThreads.h"
-#include "ftp/JobServices.h"
-#include "log/LogWriter.h"
-#include "options/SoundEvents.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "queue/QueueBookkeeping.h"
@@ -53,23 +49,18 @@ void printLine(const QString& line)
 
 int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
 {
-    LogWriter log(notifier);
-    SoundEvents sounds(player);
-    NoTray tray;
-    JobServices services { log, sounds, tray, notifier };
+    ProgramServices services(notifier, player);
     QueueStore store;
-    QueueBookkeeping bookkeeping(log, store);
+    QueueBookkeeping bookkeeping(services.log(), store);
     ItemLines lines(bookkeeping);
-    WorkerThreads threads;
-
-    QueueSender sender(services, threads, lines, store);
+    QueueSender sender(services.jobs(), services.threads(), lines, store);
     if (sender.sendQueue([] { QCoreApplication::exit(kExitOk); }) == 0) {
         printLine(StringTable::text(ids::kQueueEmptyOrSending));
         return kExitOk;
     }
     (void)QCoreApplication::exec();
     // Every job has ended by now; this only waits for the threads to leave.
-    threads.stopAll(WorkerThreads::kExitWait);
+    services.threads().stopAll(WorkerThreads::kExitWait);
     const int left = store.count();
     printLine(QStringLiteral("Queue: %1 sent, %2 failed, %3 left in the queue.")
                   .arg(lines.sent())

@@ -1,11 +1,7 @@
 #include "ScriptCommand.h"
 
-#include "app/NoTray.h"
+#include "app/ProgramServices.h"
 #include "app/StartupChecks.h"
-#include "distribution/WorkerThreads.h"
-#include "ftp/JobServices.h"
-#include "log/LogWriter.h"
-#include "options/SoundEvents.h"
 #include "scripts/ScriptProgressSink.h"
 #include "scripts/ScriptRun.h"
 
@@ -40,16 +36,12 @@ public:
 
 int ScriptCommand::run(const QString& path, Notifier& notifier, SoundPlayer& player)
 {
-    LogWriter log(notifier);
-    SoundEvents sounds(player);
-    NoTray tray;
-    JobServices services { log, sounds, tray, notifier };
-    WorkerThreads threads;
-    ScriptRun script(services, threads, std::make_shared<ConsoleLines>());
+    ProgramServices services(notifier, player);
+    ScriptRun script(services.jobs(), services.threads(), std::make_shared<ConsoleLines>());
     script.start(path);
     const int status = QCoreApplication::exec();
     // The script has ended by now; this only waits for its thread to leave.
-    threads.stopAll(WorkerThreads::kExitWait);
+    services.threads().stopAll(WorkerThreads::kExitWait);
     return status;
 }
 

@@ -112,7 +112,7 @@ bool LinkReport::allSent() const
 
 void LinkReport::print(const QString& lines)
 {
-    if (lines.isEmpty())
+    if (lines.isEmpty() || !out_)
         return;
     const QByteArray bytes = lines.toLocal8Bit();
     const std::lock_guard lock(mutex_);

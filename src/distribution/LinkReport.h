@@ -24,6 +24,8 @@ public:
         qint64 bytes = 0; // of the files sent
     };
 
+    // `out` may be null: the run then keeps its tally and prints nothing (a link that the
+    // scheduler starts in an interactive run).
     LinkReport(QString linkName, std::FILE* out);
 
     // "host:port": three sites of one host differ by their ports.

@@ -1,3 +1,5 @@
+#include "ProgramRun.h"
+
 #include "FtpServer.h"
 #include "TempSettings.h"
 #include "TestFiles.h"
@@ -6,7 +8,6 @@
 #include "platform/StringTable.h"
 #include "queue/QueueStore.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -14,37 +15,16 @@
 namespace zelto {
 namespace {
 
-struct ProgramResult {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
 // Runs the real program, its settings and data in `home`, with `display` as its only display (none
 // when empty).
-ProgramResult runProgram(const QString& home, const QStringList& arguments, const QString& display)
+test::ProgramResult runIn(const QString& home, const QStringList& arguments, const QString& display)
 {
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(QStringLiteral("DISPLAY"));
-    env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    QProcessEnvironment env;
     if (!display.isEmpty())
         env.insert(QStringLiteral("DISPLAY"), display);
     env.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/config"));
     env.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/data"));
-    QProcess process;
-    process.setProcessEnvironment(env);
-    process.setWorkingDirectory(home);
-    process.start(QStringLiteral(ZELTO_PROGRAM), arguments);
-    ProgramResult run;
-    if (!process.waitForFinished(30'000)) {
-        process.kill();
-        process.waitForFinished();
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
-    return run;
+    return test::runProgram(QStringLiteral(ZELTO_PROGRAM), arguments, env, home);
 }
 
 TEST(ProgramRun, HeadlessStarts)
@@ -72,7 +52,7 @@ TEST(ProgramRun, HeadlessStarts)
             ":97" },
     };
     for (const Case& c : cases) {
-        const ProgramResult run = runProgram(h, c.arguments, c.display);
+        const test::ProgramResult run = runIn(h, c.arguments, c.display);
         EXPECT_EQ(run.exitCode, c.exitCode) << c.what << "\n" << run.err.toStdString();
         EXPECT_TRUE(run.out.contains(c.inOut)) << c.what << ": " << run.out.toStdString();
         EXPECT_TRUE(run.err.contains(c.inErr)) << c.what << ": " << run.err.toStdString();
@@ -117,7 +97,7 @@ TEST(ProgramRun, QueueRunEndsWithTheQueue)
     };
     for (const auto& c : cases) {
         server.setFaults(c.faults);
-        const ProgramResult run = runProgram(home.root(), { QStringLiteral("-q") }, {});
+        const test::ProgramResult run = runIn(home.root(), { QStringLiteral("-q") }, {});
         EXPECT_EQ(run.exitCode, c.exitCode) << c.what << "\n" << run.err.toStdString();
         EXPECT_TRUE(run.out.contains(c.inOut)) << c.what << ":\n" << run.out.toStdString();
         EXPECT_EQ(store.count(), c.left) << c.what;

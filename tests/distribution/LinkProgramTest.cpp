@@ -1,6 +1,7 @@
 // The real program running a link unattended, as cron would: its lines and its exit status.
 
 #include "DistributionFixture.h"
+#include "ProgramRun.h"
 #include "app/DataFolders.h"
 #include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
@@ -9,16 +10,8 @@
 #include "profiles/SiteProfile.h"
 #include "profiles/StoredFormats.h"
 
-#include <QProcess>
-
 namespace zelto::test {
 namespace {
-
-struct ProgramResult {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
 
 class LinkProgramTest : public DistributionFixture {
 protected:
@@ -61,25 +54,9 @@ protected:
         }
     }
 
-    // Runs the real program with this test's settings and data, and no display.
     static ProgramResult run(const QStringList& arguments)
     {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.remove(QStringLiteral("DISPLAY"));
-        env.remove(QStringLiteral("WAYLAND_DISPLAY"));
-        QProcess process;
-        process.setProcessEnvironment(env);
-        process.start(QStringLiteral(ZELTO_PROGRAM), arguments);
-        ProgramResult result;
-        if (!process.waitForFinished(60'000)) {
-            process.kill();
-            process.waitForFinished();
-            return result;
-        }
-        result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-        result.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-        result.err = QString::fromLocal8Bit(process.readAllStandardError());
-        return result;
+        return runProgram(QStringLiteral(ZELTO_PROGRAM), arguments);
     }
 
     [[nodiscard]] QString label(int server) const

@@ -1,5 +1,7 @@
 #include "WindowedRun.h"
 
+#include "app/BackgroundWork.h"
+#include "app/ProgramServices.h"
 #include "app/SettingsStore.h"
 #include "app/StartupChecks.h"
 #include "app/ui/CMainFrame.h"
@@ -22,6 +24,10 @@ int WindowedRun::run(const StartRequest& request)
     }
 
     StartupChecks::applyQueueStartRule();
+    QtSoundPlayer player;
+    ProgramServices services(notifier, player);
+    BackgroundWork background(services);
+    background.start();
     CMainFrame frame;
     // Without a tray icon to bring it back, an "ICONIC" start shows the window minimised.
     if (SettingsStore::get(settings::config::kWinState)

@@ -1,0 +1,76 @@
+#include "BackgroundWork.h"
+
+#include "app/DataFolders.h"
+#include "app/ProgramServices.h"
+#include "distribution/LinkDistribution.h"
+#include "scripts/ScriptProgress.h"
+#include "scripts/ScriptRun.h"
+
+#include <QDir>
+#include <QTimer>
+
+namespace zelto {
+
+BackgroundWork::BackgroundWork(ProgramServices& services, Scheduler::Clock clock)
+    : services_(services)
+    , bookkeeping_(services.log())
+    , sender_(services.jobs(), services.threads(), bookkeeping_)
+    , resendTimer_(sender_)
+    // A script named without a folder is one of the data folder's.
+    , scheduler_(
+          { [this](const QString& path) { runScript(QDir(DataFolders::base()).filePath(path)); },
+              [this](const QString& name) { runLink(name); } },
+          std::move(clock))
+{
+}
+
+BackgroundWork::~BackgroundWork() = default;
+
+void BackgroundWork::start()
+{
+    resendTimer_.start();
+    if (Scheduler::onInSettings())
+        scheduler_.setScheduler(true);
+}
+
+void BackgroundWork::runLink(const QString& name)
+{
+    auto link = std::make_unique<LinkDistribution>(
+        services_.jobs(), services_.threads(), bookkeeping_, nullptr);
+    const LinkDistribution* running = link.get();
+    // The end comes from inside the run's own call; the run is dropped after it has returned.
+    const bool started = link->start(name, [this, running](bool) {
+        QTimer::singleShot(0, &context_, [this, running] { linkEnded(running); });
+    });
+    if (started)
+        links_.push_back(std::move(link));
+}
+
+void BackgroundWork::linkEnded(const LinkDistribution* link)
+{
+    std::erase_if(links_, [link](const auto& kept) { return kept.get() == link; });
+}
+
+std::shared_ptr<ScriptProgress> BackgroundWork::runScript(const QString& path)
+{
+    dropEndedScripts();
+    auto progress = std::make_shared<ScriptProgress>();
+    auto run = std::make_unique<ScriptRun>(services_.jobs(), services_.threads(), progress);
+    run->start(path);
+    scripts_.push_back({ progress, std::move(run) });
+    return progress;
+}
+
+std::size_t BackgroundWork::runningScripts()
+{
+    dropEndedScripts();
+    return scripts_.size();
+}
+
+void BackgroundWork::dropEndedScripts()
+{
+    // Dropping a run stops it, so only those that have ended go.
+    std::erase_if(scripts_, [](const Script& script) { return script.progress->outcome(); });
+}
+
+} // namespace zelto

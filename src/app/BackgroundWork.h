@@ -1,0 +1,68 @@
+#pragma once
+
+#include "queue/QueueBookkeeping.h"
+#include "queue/QueueResendTimer.h"
+#include "queue/QueueSender.h"
+#include "scheduler/Scheduler.h"
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace zelto {
+
+class LinkDistribution;
+class ProgramServices;
+class ScriptProgress;
+class ScriptRun;
+
+// What an interactive run keeps going beside its windows for its whole life: the queue's
+// bookkeeping at the end of every job, the queue resend timer, and the scheduler with the scripts
+// and links it starts. Lives on the user interface thread; never waits for a job.
+class BackgroundWork final {
+public:
+    explicit BackgroundWork(
+        ProgramServices& services, Scheduler::Clock clock = &QDateTime::currentDateTime);
+    ~BackgroundWork();
+    BackgroundWork(const BackgroundWork&) = delete;
+    BackgroundWork& operator=(const BackgroundWork&) = delete;
+
+    // Arms the resend timer and switches the scheduler on unless the setting says "NO".
+    void start();
+
+    [[nodiscard]] JobOutcomeSink& bookkeeping() { return bookkeeping_; }
+    [[nodiscard]] QueueSender& queueSender() { return sender_; }
+    [[nodiscard]] Scheduler& scheduler() { return scheduler_; }
+
+    // Sends a link's files to its sites in parallel; a link without sites does nothing.
+    void runLink(const QString& name);
+    // Runs a command script on a worker of its own; its progress window reads the lines.
+    std::shared_ptr<ScriptProgress> runScript(const QString& path);
+
+    [[nodiscard]] std::size_t runningLinks() const { return links_.size(); }
+    // The scripts started here that have not ended yet.
+    [[nodiscard]] std::size_t runningScripts();
+
+private:
+    struct Script {
+        std::shared_ptr<ScriptProgress> progress;
+        std::unique_ptr<ScriptRun> run;
+    };
+
+    void linkEnded(const LinkDistribution* link);
+    void dropEndedScripts();
+
+    ProgramServices& services_;
+    QueueBookkeeping bookkeeping_;
+    QueueSender sender_;
+    QueueResendTimer resendTimer_;
+    Scheduler scheduler_;
+    std::vector<std::unique_ptr<LinkDistribution>> links_;
+    std::vector<Script> scripts_;
+    // Destroyed first: a link's end that is still posted is dropped with it.
+    QObject context_;
+};
+
+} // namespace zelto

@@ -1,0 +1,120 @@
+// The work an interactive run keeps going beside its windows: the scheduler starting a script and
+// a link at the clock's minute, and the end of their jobs reaching the queue.
+
+#include "app/BackgroundWork.h"
+
+#include "FtpServer.h"
+#include "TempSettings.h"
+#include "TestFiles.h"
+#include "TestWait.h"
+#include "app/DataFolders.h"
+#include "app/ProgramServices.h"
+#include "app/SettingsStore.h"
+#include "options/SoundPlayer.h"
+#include "platform/ConsoleNotifier.h"
+#include "platform/PrivateProfile.h"
+#include "profiles/FileList.h"
+#include "profiles/SiteProfile.h"
+#include "profiles/StoredFormats.h"
+#include "queue/QueueStore.h"
+#include "scheduler/ScheduleStore.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace zelto::test {
+namespace {
+
+class SilentPlayer final : public SoundPlayer {
+public:
+    void playFile(const QString&) override { }
+};
+
+// Link `name` sends `file` to the server as `user` with `password`.
+void writeLink(const QString& name, const FtpServer& server, const QString& password,
+    const QString& folder, const QString& file)
+{
+    FileListEntry entry;
+    entry.folder = folder;
+    entry.localName = file;
+    FileList list;
+    list.add(entry);
+    const QString listFile = DataFolders::files() + u'/' + name + u'/' + listfile::kFileName;
+    QDir().mkpath(QFileInfo(listFile).path());
+    ASSERT_TRUE(list.save(listFile));
+    const QString profile = DataFolders::profiles() + u'/' + name + QStringLiteral(".ini");
+    ASSERT_TRUE(SiteProfile::write(profile,
+        { FtpServer::host(), server.users().front().name, password, {}, {},
+            QString::number(server.port()) }));
+    const QString link = DataFolders::linkFile(name);
+    const QString items = QLatin1String(linkfile::kItemsSection);
+    PrivateProfile::writeString(link, items, QLatin1String(linkfile::kSites), QStringLiteral("1"));
+    PrivateProfile::writeString(link, items, QLatin1String(linkfile::kFiles), listFile);
+    PrivateProfile::writeString(link, QLatin1String(linkfile::kSiteSectionPrefix) + u'1',
+        QLatin1String(linkfile::kSite), profile);
+}
+
+TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued)
+{
+    if (const auto reason = FtpServer::unavailableReason())
+        GTEST_SKIP() << reason->toStdString();
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = { name, nullptr };
+    QCoreApplication app(argc, argv);
+    TempSettings settings;
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    FtpServer server;
+    QTemporaryDir local;
+    const QString folder = local.path();
+    ASSERT_TRUE(makeFile(folder + QStringLiteral("/linked.bin"), 70'000, 1));
+    ASSERT_TRUE(makeFile(folder + QStringLiteral("/scripted.bin"), 50'000, 2));
+    writeLink(QStringLiteral("web"), server, server.users().front().password, folder,
+        QStringLiteral("linked.bin"));
+    // The queue knows an item by its names and hosts, so the refused file must differ from the
+    // one sent to the same host, which would take it out again.
+    ASSERT_TRUE(makeFile(folder + QStringLiteral("/refused.bin"), 10, 3));
+    writeLink(QStringLiteral("refused"), server, QStringLiteral("wrong"), folder,
+        QStringLiteral("refused.bin"));
+    QFile script(QDir(DataFolders::base()).filePath(QStringLiteral("put.cmd")));
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    const auto& user = server.users().front();
+    script.write(QStringLiteral("open srv %1 %2 %3 %4\nput srv %5/scripted.bin\nclose srv\n")
+                     .arg(FtpServer::host(), user.name, user.password)
+                     .arg(server.port())
+                     .arg(folder)
+                     .toUtf8());
+    script.close();
+
+    std::vector<ScheduleEntry> entries;
+    for (const char* value : { "put.cmd Daily ---- 07:30 On", "web Daily ---- 07:30 On",
+             "refused Daily ---- 07:30 On", "later.cmd Daily ---- 07:31 On" })
+        entries.push_back(ScheduleEntry::parse(QString::fromLatin1(value)));
+    ScheduleStore::writeEntries(entries);
+
+    ConsoleNotifier notifier;
+    SilentPlayer player;
+    ProgramServices services(notifier, player);
+    BackgroundWork work(services, [] { return QDateTime(QDate(2026, 11, 21), QTime(7, 30)); });
+    work.scheduler().checkSchedule();
+    EXPECT_EQ(work.runningLinks(), 2u);
+    EXPECT_EQ(work.runningScripts(), 1u);
+
+    ASSERT_TRUE(waitUntil([&] { return work.runningLinks() == 0 && work.runningScripts() == 0; },
+        std::chrono::seconds(30)));
+    EXPECT_TRUE(sameBytes(
+        folder + QStringLiteral("/linked.bin"), server.home() + QStringLiteral("/linked.bin")));
+    EXPECT_TRUE(sameBytes(
+        folder + QStringLiteral("/scripted.bin"), server.home() + QStringLiteral("/scripted.bin")));
+    // The refused site's file waits in the queue; the one sent is not there.
+    const auto queued = QueueStore().loadAll();
+    ASSERT_EQ(queued.size(), 1u);
+    EXPECT_EQ(queued[0].localName, QStringLiteral("refused.bin"));
+    EXPECT_EQ(queued[0].numTimes, 1);
+}
+
+} // namespace
+} // namespace zelto::test
