@@ -2,15 +2,68 @@
 
 #include "platform/OwnerOnly.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <QSettings>
+
+#include <atomic>
+#include <memory>
 
 namespace zelto {
 namespace {
 
-QSettings openStore()
+// Counted up when the store moves: every thread then opens it anew at its next read.
+std::atomic<quint64> storeGeneration { 0 };
+
+std::unique_ptr<QSettings> openStore()
 {
-    return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Pellmoor"),
-        QStringLiteral("Zelto"));
+    return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
+        QStringLiteral("Pellmoor"), QStringLiteral("Zelto"));
+}
+
+// What QSettings itself compares before it reads a file again: whether it is there, its size and
+// its time.
+struct FileStamp {
+    bool exists = false;
+    qint64 size = 0;
+    QDateTime modified;
+
+    bool operator==(const FileStamp&) const = default;
+};
+
+FileStamp stampOf(const QString& file)
+{
+    const QFileInfo info(file);
+    const qint64 size = info.size(); // one look at the file, which answers the other two as well
+    if (!info.exists())
+        return {};
+    return { true, size, info.lastModified() };
+}
+
+// Opening a QSettings probes every file the store may fall back on, a dozen system calls: too
+// much for the reads that every file of a job makes. So each thread keeps its own open. A write
+// through any QSettings of this process is seen by the others at once (they share the parsed
+// file); a change made by another process is seen at the next read, which looks at the file's
+// size and time and reloads it when they changed.
+QSettings& readStore()
+{
+    struct Kept {
+        std::unique_ptr<QSettings> settings;
+        quint64 generation = 0;
+        FileStamp stamp;
+    };
+    thread_local Kept kept;
+    const quint64 generation = storeGeneration.load(std::memory_order_acquire);
+    if (!kept.settings || kept.generation != generation) {
+        kept.settings = openStore();
+        kept.generation = generation;
+        kept.stamp = {};
+    }
+    if (FileStamp now = stampOf(kept.settings->fileName()); now != kept.stamp) {
+        kept.stamp = std::move(now);
+        kept.settings->sync();
+    }
+    return *kept.settings;
 }
 
 QString path(const QString& section, const QString& key)
@@ -21,17 +74,17 @@ QString path(const QString& section, const QString& key)
 // The store holds the quick-connect password, so it is the owner's alone.
 void writeValue(const QString& section, const QString& key, const QVariant& value)
 {
-    QSettings store = openStore();
-    store.setValue(path(section, key), value);
-    store.sync();
-    restrictToOwner(store.fileName());
+    const auto store = openStore();
+    store->setValue(path(section, key), value);
+    store->sync();
+    restrictToOwner(store->fileName());
 }
 
 } // namespace
 
 int SettingsStore::getInt(const QString& section, const QString& key, int fallback)
 {
-    const QVariant value = openStore().value(path(section, key));
+    const QVariant value = readStore().value(path(section, key));
     bool ok = false;
     const int number = value.toInt(&ok);
     // A value of the wrong type reads as absent, as a typed registry read would.
@@ -40,7 +93,7 @@ int SettingsStore::getInt(const QString& section, const QString& key, int fallba
 
 QString SettingsStore::getText(const QString& section, const QString& key, const QString& fallback)
 {
-    const QVariant value = openStore().value(path(section, key));
+    const QVariant value = readStore().value(path(section, key));
     return value.isValid() ? value.toString() : fallback;
 }
 
@@ -77,14 +130,20 @@ void SettingsStore::set(const settings::TextKey& key, const QString& value)
 
 void SettingsStore::remove(const QString& section, const QString& key)
 {
-    QSettings store = openStore();
-    store.remove(path(section, key));
-    store.sync();
+    const auto store = openStore();
+    store->remove(path(section, key));
+    store->sync();
+}
+
+void SettingsStore::relocate(const QString& folder)
+{
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
+    storeGeneration.fetch_add(1, std::memory_order_release);
 }
 
 QString SettingsStore::location()
 {
-    return openStore().fileName();
+    return readStore().fileName();
 }
 
 } // namespace zelto

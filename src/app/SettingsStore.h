@@ -7,8 +7,10 @@
 namespace zelto {
 
 // The per-user settings store ("Pellmoor", "Zelto"). Every read goes to the store at the moment it
-// is needed, so a changed option takes effect at the next read; there is no cache and no flush
-// step. A missing section or key yields the caller's default; a failed write is ignored.
+// is needed, so a changed option takes effect at the next read, whether this process or another
+// changed it; there is no flush step. A missing section or key yields the caller's default; a
+// failed write is ignored. Reads are cheap (each thread keeps the store open and looks only at
+// whether its file changed), so the transfer routines may read their options for every file.
 class SettingsStore final {
 public:
     SettingsStore() = delete;
@@ -25,6 +27,10 @@ public:
     static void set(const settings::TextKey& key, const QString& value);
     // Deletes the value: the next read gives the reader's default.
     static void remove(const QString& section, const QString& key);
+
+    // Puts the store's file in `folder` (native format, user scope) for the rest of the process;
+    // the next read on every thread goes there. Tests give each case a store of its own with it.
+    static void relocate(const QString& folder);
 
     // Where the store lives on this machine, for the user's information.
     [[nodiscard]] static QString location();

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace zelto {
 
@@ -29,10 +30,13 @@ struct FtpConnection::Request {
 namespace {
 
 // How long to wait for libcurl's sockets before the next perform, in milliseconds. The cap keeps
-// a stop request prompt. libcurl 7.88 sometimes returns from a perform (after the reply to EPSV)
-// with no socket and no timer to wait on: the full cap would then be lost once per file, so an
-// empty wait set gets the shortest wait.
-int pollWait(CURLM* multi)
+// a stop request prompt. libcurl 7.88 often returns from a perform (after the reply to EPSV)
+// with no socket and no timer to wait on, and makes the data connection at the next perform:
+// that perform follows at once (any wait, even 1 ms, was lost on most files, and more on a busy
+// machine, where a sleeping thread waits for a core again). Should libcurl still have nothing to
+// wait on, the shortest wait keeps the loop from spinning; `idle` says that the last perform left
+// nothing to wait on.
+int pollWait(CURLM* multi, bool& idle)
 {
     constexpr long kCap = 20;
     long timeout = -1;
@@ -46,7 +50,8 @@ int pollWait(CURLM* multi)
     FD_ZERO(&except);
     int highest = -1;
     if (curl_multi_fdset(multi, &read, &write, &except, &highest) == CURLM_OK && highest < 0)
-        return 1;
+        return std::exchange(idle, true) ? 1 : 0;
+    idle = false;
     return int(timeout > 0 && timeout < kCap ? timeout : kCap);
 }
 
@@ -455,12 +460,13 @@ CURLcode FtpConnection::run(CURL* handle)
     if (!multi_ || curl_multi_add_handle(multi_, handle) != CURLM_OK)
         return CURLE_OUT_OF_MEMORY;
     int running = 1;
+    bool idle = false;
     CURLMcode state = CURLM_OK;
     while (state == CURLM_OK) {
         state = curl_multi_perform(multi_, &running);
         if (state != CURLM_OK || running == 0)
             break;
-        if (const int wait = pollWait(multi_); wait > 0)
+        if (const int wait = pollWait(multi_, idle); wait > 0)
             state = curl_multi_poll(multi_, nullptr, 0, wait, nullptr);
     }
     CURLcode result = state == CURLM_OK ? CURLE_OK : CURLE_OUT_OF_MEMORY;

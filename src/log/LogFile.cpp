@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 namespace zelto {
 namespace {
@@ -52,24 +53,31 @@ LogFile::Result LogFile::append(const QString& path, const LogRecord& record, bo
 {
     QFile file(path);
     const QFileInfo info(path);
+    const bool isFile = info.isFile(); // one look at the path, which also tells whether it exists
     if (!info.exists())
         return writeBytes(
             file, QIODevice::WriteOnly | QIODevice::NewOnly, headerLine() + recordLine(record));
     // A folder, a pipe or a device is no log file; opening a pipe could wait forever.
-    if (!info.isFile())
+    if (!isFile)
         return Result::Failed;
-    switch (readHeader(path)) {
-    case Header::Unreadable:
-        return Result::Failed;
-    case Header::Wrong:
-        return Result::BadHeader;
-    case Header::Present:
-        break;
+    // One open per record: the header is checked and the line appended through the same handle.
+    // Appending, each line lands whole at the end even when another process writes too.
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::ExistingOnly
+            | QIODevice::Unbuffered)) {
+        // A file we may not write is still told apart from one that is no log file.
+        return readHeader(path) == Header::Wrong ? Result::BadHeader : Result::Failed;
     }
-    if (startFresh)
-        return writeBytes(
-            file, QIODevice::WriteOnly | QIODevice::Truncate, headerLine() + recordLine(record));
-    return writeBytes(file, QIODevice::WriteOnly | QIODevice::Append, recordLine(record));
+    if (!file.seek(0))
+        return Result::Failed;
+    if (file.read(kHeaderSize) != kServerFileHeader)
+        return Result::BadHeader;
+    QByteArray bytes = recordLine(record);
+    if (startFresh) {
+        if (!file.resize(0))
+            return Result::Failed;
+        bytes.prepend(headerLine());
+    }
+    return file.write(bytes) == bytes.size() ? Result::Written : Result::Failed;
 }
 
 QList<LogRecord> LogFile::readRecords(const QString& path)
@@ -102,6 +110,17 @@ QList<LogRecord> LogFile::readRecords(const QString& path)
         records.append(record);
     }
     return records;
+}
+
+bool LogFile::save(const QString& path, const QList<LogRecord>& records)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QByteArray bytes = headerLine();
+    for (const LogRecord& record : records)
+        bytes += recordLine(record);
+    return file.write(bytes) == bytes.size() && file.commit();
 }
 
 QString LogFile::configuredPath()

@@ -31,6 +31,10 @@ public:
     // skipped. Records are numbered in reading order, their outcome recomputed from the id.
     [[nodiscard]] static QList<LogRecord> readRecords(const QString& path);
 
+    // Writes a whole log file, the header and then one line per record, in place of any file at
+    // `path`. The old file stays as it was when the new one cannot be written whole.
+    [[nodiscard]] static bool save(const QString& path, const QList<LogRecord>& records);
+
     // Where the log writer writes: the folder of LOG\DefaultDir (the application data folder
     // when empty) joined with the name in CONFIG\FileName.
     [[nodiscard]] static QString configuredPath();

@@ -69,8 +69,12 @@ void LogWriter::reloadSettings()
         if (writeToFile_ && pathChanged && firstWriteOfRun_ && isYes(settings::log::kAppendLog))
             earlier = LogFile::readRecords(path);
     }
-    // Shown with their own stamps and new numbers, and kept out of the file they came from.
-    for (const LogRecord& record : earlier) {
+    replay(earlier);
+}
+
+void LogWriter::replay(const QList<LogRecord>& records)
+{
+    for (const LogRecord& record : records) {
         write(LogEvent { static_cast<int>(record.messageId), record.field1, record.field2,
             record.field3, record.detail, record.time, record.date, false });
     }

@@ -3,6 +3,7 @@
 #include "log/LogRecord.h"
 #include "log/LogSink.h"
 
+#include <QList>
 #include <QString>
 
 #include <atomic>
@@ -35,6 +36,10 @@ public:
     // Re-reads the LOG settings. When the file is on, its path changed, the log appends and this
     // run has written nothing yet, the file's earlier records are shown again (not re-written).
     void reloadSettings();
+
+    // Shows records read back from a log file as records of this run: with their own stamps and
+    // new numbers, and kept out of the log file.
+    void replay(const QList<LogRecord>& records);
 
     // A listener is never called again once removeListener has returned. Neither may be called
     // from inside recordAdded.

@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <thread>
+
 namespace zelto {
 namespace {
 
@@ -58,6 +61,55 @@ TEST(SettingsStore, WritesReadBackWithoutCache)
 
     // The store holds a password: owner-only.
     EXPECT_EQ(QFile::permissions(temp.settingsFile()) & 0x0077, QFileDevice::Permissions());
+}
+
+void replaceStoreFile(const QString& file, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(file).path());
+    QFile out(file);
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    out.write(bytes);
+}
+
+TEST(SettingsStore, ThreadThatReadBeforeSeesEveryChangeAtItsNextRead)
+{
+    // This thread keeps the store open from its first read on; each change comes after that read.
+    struct Change {
+        const char* what;
+        std::function<void(const test::TempSettings&)> make;
+        const char* expected;
+    };
+    const Change changes[] = {
+        { "written on another thread",
+            [](const test::TempSettings&) {
+                std::jthread(
+                    [] { SettingsStore::set(config::kWinState, QStringLiteral("MAXIMIZED")); });
+            },
+            "MAXIMIZED" },
+        { "file rewritten by another process",
+            [](const test::TempSettings& temp) {
+                replaceStoreFile(temp.settingsFile(), "[CONFIG]\nWinState=MAXIMIZED\n");
+            },
+            "MAXIMIZED" },
+        { "file deleted by another process",
+            [](const test::TempSettings& temp) { QFile::remove(temp.settingsFile()); },
+            config::kWinState.fallback },
+        { "store moved to another folder",
+            [](const test::TempSettings& temp) {
+                const QString folder = temp.root() + QStringLiteral("/moved");
+                replaceStoreFile(folder + QStringLiteral("/Pellmoor/Zelto.conf"),
+                    "[CONFIG]\nWinState=MAXIMIZED\n");
+                SettingsStore::relocate(folder);
+            },
+            "MAXIMIZED" },
+    };
+    for (const auto& [what, make, expected] : changes) {
+        test::TempSettings temp;
+        SettingsStore::set(config::kWinState, QStringLiteral("ICONIC"));
+        ASSERT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("ICONIC")) << what;
+        make(temp);
+        EXPECT_EQ(SettingsStore::get(config::kWinState), QString::fromLatin1(expected)) << what;
+    }
 }
 
 TEST(SettingsStore, DamagedStoreReadsDefaultsAndKeepsReadableKeys)

@@ -1,9 +1,9 @@
 #include "TempSettings.h"
 
 #include "app/AppIdentity.h"
+#include "app/SettingsStore.h"
 
 #include <QDir>
-#include <QSettings>
 
 namespace zelto::test {
 
@@ -15,7 +15,7 @@ TempSettings::TempSettings()
     QDir().mkpath(dataHome());
     qputenv("XDG_CONFIG_HOME", configHome().toLocal8Bit());
     qputenv("XDG_DATA_HOME", dataHome().toLocal8Bit());
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configHome());
+    SettingsStore::relocate(configHome());
 }
 
 TempSettings::~TempSettings()
