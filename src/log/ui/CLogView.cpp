@@ -1,0 +1,240 @@
+#include "CLogView.h"
+
+#include "app/SettingsStore.h"
+#include "log/LogFile.h"
+#include "log/LogWriter.h"
+#include "log/ui/LogPageLayout.h"
+#include "log/ui/LogTableModel.h"
+#include "platform/Notifier.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QPageSetupDialog>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace zelto {
+namespace {
+
+QLatin1StringView viewKeyText(LogFilter filter)
+{
+    switch (filter) {
+    case LogFilter::All:
+        return QLatin1StringView(settings::log::kViewAll);
+    case LogFilter::Successful:
+        return QLatin1StringView(settings::log::kViewSuccess);
+    case LogFilter::Unsuccessful:
+        return QLatin1StringView(settings::log::kViewUnsuccess);
+    }
+    return QLatin1StringView(settings::log::kViewAll);
+}
+
+QString askForLogFile(QWidget* parent, CLogView::FileAction action, const QString& folder)
+{
+    const bool opening = action == CLogView::FileAction::Open;
+    QFileDialog dialog(parent, opening ? QObject::tr("Open Log") : QObject::tr("Save Log"), folder,
+        QObject::tr("Logs (*.log)"));
+    dialog.setDefaultSuffix(QStringLiteral("log"));
+    dialog.setAcceptMode(opening ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    dialog.setFileMode(opening ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    // The log asks its own question before it replaces a file.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return dialog.selectedFiles().value(0);
+}
+
+QIcon themeIcon(const char* name, QStyle::StandardPixmap fallback, const QStyle* style)
+{
+    return QIcon::fromTheme(QString::fromLatin1(name), style->standardIcon(fallback));
+}
+
+} // namespace
+
+CLogView::CLogView(LogWriter& writer, Notifier& notifier, QWidget* parent)
+    : QTableView(parent)
+    , writer_(writer)
+    , notifier_(notifier)
+    , model_(new LogTableModel(themeIcon("dialog-ok", QStyle::SP_DialogApplyButton, style()),
+          themeIcon("dialog-error", QStyle::SP_MessageBoxCritical, style()), writer.filter(), this))
+    , chooseFile_([this](QWidget* owner, FileAction action) {
+        return askForLogFile(owner, action, QFileInfo(writer_.filePath()).absolutePath());
+    })
+{
+    setModel(model_);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setAlternatingRowColors(true);
+    setShowGrid(false);
+    setWordWrap(false);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    // Fixed row heights keep a refill of many rows from measuring any of them.
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setHighlightSections(false);
+    setInitialColumnWidths();
+    writer_.addListener(this);
+}
+
+CLogView::~CLogView()
+{
+    // After this no writer calls in; a batch already queued dies with the view.
+    writer_.removeListener(this);
+}
+
+void CLogView::setInitialColumnWidths()
+{
+    const QFontMetrics metrics = fontMetrics();
+    const int padding = 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 12;
+    const auto widthOf
+        = [&](const QString& sample) { return metrics.horizontalAdvance(sample) + padding; };
+    int event = 0;
+    for (int id = ids::kLogFtpConnectionOk; id <= ids::kLogInternetConnectionClosed; ++id)
+        event = std::max(event, widthOf(StringTable::text(id)));
+    const int field = widthOf(QString(16, u'x'));
+    const int icon = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+    const int widths[] = { event + icon + 8, widthOf(QStringLiteral("000000")),
+        widthOf(QStringLiteral("00:00:00pm")), widthOf(QStringLiteral("00-Sep-0000")), field, field,
+        field };
+    for (int column = 0; column < int(std::size(widths)); ++column)
+        setColumnWidth(column, widths[column]);
+}
+
+LogFilter CLogView::filter() const
+{
+    return model_->filter();
+}
+
+void CLogView::setFilter(LogFilter filter)
+{
+    if (filter == model_->filter())
+        return;
+    SettingsStore::set(settings::log::kView, QString(viewKeyText(filter)));
+    model_->setFilter(filter);
+    Q_EMIT filterChanged(filter);
+}
+
+void CLogView::recordAdded(const LogRecord& record, bool /*visible*/)
+{
+    // The view filters by its own choice: the writer's may lag behind a change made here.
+    bool startsBatch = false;
+    {
+        const std::lock_guard guard(pendingMutex_);
+        startsBatch = pending_.isEmpty();
+        pending_.append(record);
+    }
+    if (startsBatch)
+        QMetaObject::invokeMethod(this, &CLogView::showPending, Qt::QueuedConnection);
+}
+
+void CLogView::showPending()
+{
+    QList<LogRecord> batch;
+    {
+        const std::lock_guard guard(pendingMutex_);
+        batch.swap(pending_);
+    }
+    const int rowsBefore = model_->rowCount();
+    model_->append(batch);
+    // New rows are always the last ones; this also lays out the rows just inserted first.
+    if (model_->rowCount() > rowsBefore)
+        scrollToBottom();
+}
+
+void CLogView::openLog()
+{
+    const QString path = chooseFile_(this, FileAction::Open);
+    if (!path.isEmpty())
+        writer_.replay(LogFile::readRecords(path));
+}
+
+void CLogView::saveLog()
+{
+    if (model_->rowCount() == 0)
+        return;
+    const QString path = chooseFile_(this, FileAction::Save);
+    if (path.isEmpty())
+        return;
+    if (QFileInfo::exists(path)) {
+        const Question question { QApplication::applicationName(),
+            StringTable::text(ids::kFileExistsOverwrite), ids::kButtonOk, ids::kButtonAll, false,
+            ids::kButtonCancel };
+        if (notifier_.ask(question) != Answer::Accepted)
+            return;
+    }
+    if (!LogFile::save(path, model_->shownRecords()))
+        notifier_.showMessage(tr("The log could not be saved to %1.").arg(path), MessageIcon::Stop);
+}
+
+void CLogView::clearLog()
+{
+    model_->clear();
+}
+
+QPrinter& CLogView::printer()
+{
+    // Kept for the run, so that a page set-up holds for the next print.
+    if (!printer_)
+        printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    return *printer_;
+}
+
+void CLogView::printDocument(QPrinter* printer)
+{
+    QStringList lines;
+    lines.reserve(model_->rowCount());
+    for (int row = 0; row < model_->rowCount(); ++row)
+        lines.append(LogPageLayout::rowLine(model_->recordAt(row)));
+    if (lines.isEmpty())
+        return;
+    QPainter painter(printer);
+    if (!painter.isActive())
+        return;
+    const LogPageLayout layout(font(), *printer);
+    int first = 1;
+    int last = layout.pageCount(lines.size());
+    if (printer->fromPage() > 0) {
+        first = std::max(first, printer->fromPage());
+        last = std::min(last, printer->toPage());
+    }
+    for (int page = first; page <= last; ++page) {
+        if (page > first)
+            printer->newPage();
+        layout.drawPage(painter, page, lines);
+    }
+}
+
+void CLogView::print()
+{
+    if (model_->rowCount() == 0)
+        return;
+    QPrintDialog dialog(&printer(), this);
+    if (dialog.exec() == QDialog::Accepted)
+        printDocument(&printer());
+}
+
+void CLogView::printPreview()
+{
+    QPrintPreviewDialog dialog(&printer(), this);
+    connect(&dialog, &QPrintPreviewDialog::paintRequested, this, &CLogView::printDocument);
+    dialog.exec();
+}
+
+void CLogView::pageSetup()
+{
+    QPageSetupDialog dialog(&printer(), this);
+    dialog.exec();
+}
+
+} // namespace zelto

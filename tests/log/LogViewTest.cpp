@@ -1,0 +1,386 @@
+#include "TempSettings.h"
+#include "TestWait.h"
+#include "app/SettingsStore.h"
+#include "log/LogWriter.h"
+#include "log/ui/CLogView.h"
+#include "log/ui/LogPageLayout.h"
+#include "log/ui/LogTableModel.h"
+#include "platform/Notifier.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+
+#include <QFile>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPrinter>
+#include <QTextItem>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace zelto {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct FakeNotifier final : Notifier {
+    void showMessage(const QString& text, MessageIcon /*icon*/) override { messages.append(text); }
+    Answer ask(const Question& question) override
+    {
+        questions.append(question.text);
+        return answer;
+    }
+    Answer answer = Answer::Accepted;
+    QStringList messages;
+    QStringList questions;
+};
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+LogEvent transferComplete(const QString& field1 = {})
+{
+    LogEvent event;
+    event.messageId = ids::kLogFtpTransferComplete;
+    event.field1 = field1;
+    return event;
+}
+
+void putFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+class LogViewTest : public testing::Test {
+protected:
+    LogViewTest() { view_->resize(900, 400); }
+
+    // A record with its own stamps, so that saved lines are known byte for byte.
+    void write(int id, const QString& field1, const QString& detail = {})
+    {
+        writer_.write(LogEvent { id, field1, QStringLiteral("site"), QStringLiteral("/pub"), detail,
+            QStringLiteral("10:00"), QStringLiteral("01/02/2024") });
+    }
+    // The writer queues its records to the view; deliver what is queued.
+    void deliver() { QCoreApplication::sendPostedEvents(view_.get(), QEvent::MetaCall); }
+
+    [[nodiscard]] const LogTableModel& model() const
+    {
+        return *static_cast<const LogTableModel*>(view_->model());
+    }
+    [[nodiscard]] QStringList column(int column) const
+    {
+        QStringList texts;
+        for (int row = 0; row < model().rowCount(); ++row)
+            texts.append(model().index(row, column).data().toString());
+        return texts;
+    }
+    [[nodiscard]] QString logFile() const
+    {
+        return settings_.appDataDir() + QStringLiteral("/log1.log");
+    }
+
+    // Answers the file dialogs with `path` and counts how often they were shown.
+    void chooseFile(const QString& path)
+    {
+        view_->setFileChooser([this, path](QWidget*, CLogView::FileAction) {
+            ++dialogs_;
+            return path;
+        });
+    }
+
+    test::TempSettings settings_;
+    FakeNotifier notifier_;
+    LogWriter writer_ { notifier_ };
+    std::unique_ptr<CLogView> view_ = std::make_unique<CLogView>(writer_, notifier_);
+    int dialogs_ = 0;
+};
+
+TEST_F(LogViewTest, FilterWritesViewKeyAndShowsMatchingRecordsInOrder)
+{
+    write(ids::kLogFtpConnectionOk, QStringLiteral("a"));
+    write(ids::kLogFtpConnectionFailed, QStringLiteral("b"));
+    write(ids::kLogSessionEnded, QStringLiteral("c")); // outcome 16: a success by parity
+    write(ids::kLogInternetConnectionClosed, QStringLiteral("d")); // outcome 15: a failure
+    deliver();
+
+    struct Case {
+        LogFilter filter;
+        const char* stored;
+        QStringList shown;
+    };
+    const Case cases[] = {
+        { LogFilter::Successful, "SUCCESS", { "a", "c" } },
+        { LogFilter::Unsuccessful, "UNSUCCESS", { "b", "d" } },
+        { LogFilter::All, "ALL", { "a", "b", "c", "d" } },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.stored);
+        std::optional<LogFilter> told;
+        const auto connection = QObject::connect(
+            view_.get(), &CLogView::filterChanged, [&](LogFilter filter) { told = filter; });
+        view_->setFilter(c.filter);
+        QObject::disconnect(connection);
+        EXPECT_EQ(SettingsStore::get(settings::log::kView), QLatin1StringView(c.stored));
+        EXPECT_EQ(column(LogTableModel::Field1), c.shown);
+        EXPECT_EQ(told, c.filter);
+    }
+
+    // The same filter again neither refills nor writes the key.
+    SettingsStore::set(settings::log::kView, QStringLiteral("untouched"));
+    int resets = 0;
+    QObject::connect(view_->model(), &QAbstractItemModel::modelReset, [&] { ++resets; });
+    view_->setFilter(LogFilter::All);
+    EXPECT_EQ(resets, 0);
+    EXPECT_EQ(SettingsStore::get(settings::log::kView), u"untouched");
+
+    // Records that arrive later follow the filter chosen here, and come back when it widens.
+    view_->setFilter(LogFilter::Successful);
+    write(ids::kLogFtpTransferFailed, QStringLiteral("e"));
+    write(ids::kLogFtpTransferComplete, QStringLiteral("f"));
+    deliver();
+    EXPECT_EQ(column(LogTableModel::Field1), QStringList({ "a", "c", "f" }));
+    view_->setFilter(LogFilter::All);
+    EXPECT_EQ(column(LogTableModel::Field1), QStringList({ "a", "b", "c", "d", "e", "f" }));
+    EXPECT_EQ(column(LogTableModel::Seq), QStringList({ "1", "2", "3", "4", "5", "6" }));
+    EXPECT_EQ(column(LogTableModel::Message).value(2),
+        StringTable::text(ids::kLogInternetConnectionClosed));
+}
+
+TEST_F(LogViewTest, OpenedRecordsJoinWithNewNumbersAndStayOutOfTheLogFile)
+{
+    write(ids::kLogFtpConnectionOk, QStringLiteral("before"));
+    const QByteArray fileBefore = contents(logFile());
+    ASSERT_FALSE(fileBefore.isEmpty());
+
+    const QString earlier = settings_.root() + QStringLiteral("/earlier.log");
+    putFile(earlier,
+        "anything: the first line is not checked\n"
+        "32863\t09:00\t31/01/2024\tx.txt\tsite\t/pub\tdone\n"
+        "32864\t09:01\t31/01/2024\ty.txt\t\t/pub\t550 denied\n" // empty field 2
+        "32863\t09:02\t31/01/2024\tz.txt\tsite\t/pub\tlost"); // no line feed
+    chooseFile(earlier);
+    view_->openLog();
+    deliver();
+
+    EXPECT_EQ(column(LogTableModel::Seq), QStringList({ "1", "2", "3" }));
+    EXPECT_EQ(column(LogTableModel::Field1), QStringList({ "before", "x.txt", "y.txt" }));
+    EXPECT_EQ(column(LogTableModel::Time).mid(1), QStringList({ "09:00", "09:01" }));
+    EXPECT_EQ(column(LogTableModel::Date).mid(1), QStringList({ "31/01/2024", "31/01/2024" }));
+    // The empty field moves the later ones one column to the left.
+    EXPECT_EQ(column(LogTableModel::Field2).value(2), u"/pub");
+    EXPECT_EQ(column(LogTableModel::Field3).value(2), u"550 denied");
+    EXPECT_EQ(column(LogTableModel::Detail).value(2), u"");
+    EXPECT_EQ(contents(logFile()), fileBefore);
+
+    chooseFile({}); // the user cancels
+    view_->openLog();
+    deliver();
+    EXPECT_EQ(model().rowCount(), 3);
+}
+
+TEST_F(LogViewTest, SaveWritesOnlyShownRowsAndAsksBeforeReplacing)
+{
+    const QByteArray failureOnly = "FTP_SERVER_FILE\n"
+                                   "32864\t10:00\t01/02/2024\tb.txt\tsite\t/pub\t550 denied\n";
+    const QByteArray old = "old contents\n";
+    struct Case {
+        const char* name;
+        bool records;
+        bool exists;
+        Answer answer;
+        QByteArray expected;
+        int dialogs;
+        int questions;
+    };
+    const Case cases[] = {
+        { "new file", true, false, Answer::Accepted, failureOnly, 1, 0 },
+        { "replace accepted", true, true, Answer::Accepted, failureOnly, 1, 1 },
+        { "replace cancelled", true, true, Answer::Cancelled, old, 1, 1 },
+        { "empty list", false, true, Answer::Accepted, old, 0, 0 },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        view_->clearLog();
+        if (c.records) {
+            write(ids::kLogFtpTransferComplete, QStringLiteral("a.txt"));
+            write(
+                ids::kLogFtpTransferFailed, QStringLiteral("b.txt"), QStringLiteral("550 denied"));
+            deliver();
+        }
+        view_->setFilter(LogFilter::Unsuccessful);
+        const QString path
+            = settings_.root() + u'/' + QLatin1StringView(c.name) + QStringLiteral(".log");
+        if (c.exists)
+            putFile(path, old);
+        notifier_.answer = c.answer;
+        notifier_.questions.clear();
+        dialogs_ = 0;
+        chooseFile(path);
+
+        view_->saveLog();
+
+        EXPECT_EQ(contents(path), c.expected);
+        EXPECT_EQ(dialogs_, c.dialogs);
+        EXPECT_EQ(notifier_.questions.size(), c.questions);
+        if (c.questions > 0) {
+            EXPECT_EQ(notifier_.questions.value(0), StringTable::text(ids::kFileExistsOverwrite));
+        }
+        view_->setFilter(LogFilter::All);
+    }
+    EXPECT_TRUE(notifier_.messages.isEmpty());
+}
+
+TEST_F(LogViewTest, RecordsFromWorkerThreadsArriveInOrder)
+{
+    constexpr int kThreads = 3;
+    constexpr int kEach = 400;
+    {
+        std::vector<std::jthread> workers;
+        for (int t = 0; t < kThreads; ++t) {
+            workers.emplace_back([this, t] {
+                for (int i = 0; i < kEach; ++i)
+                    writer_.write(transferComplete(QString::number(t)));
+            });
+        }
+    }
+    ASSERT_TRUE(test::waitUntil([&] { return model().rowCount() == kThreads * kEach; }, 10s));
+    for (int row = 0; row < model().rowCount(); ++row)
+        ASSERT_EQ(model().recordAt(row).seq, quint32(row + 1)) << "row " << row;
+}
+
+TEST_F(LogViewTest, NewRowIsScrolledIntoView)
+{
+    view_->show();
+    for (int i = 0; i < 200; ++i)
+        writer_.write(transferComplete(QString::number(i)));
+    deliver();
+    const QRect last = view_->visualRect(model().index(model().rowCount() - 1, 0));
+    EXPECT_TRUE(view_->viewport()->rect().contains(last)) << last.y();
+}
+
+// An image that records what a painter draws on it as text: where, and what.
+class TextRecorder final : public QImage {
+public:
+    struct Line {
+        QPointF at;
+        QString text;
+    };
+
+    TextRecorder(int width, int height) : QImage(width, height, QImage::Format_RGB32) { }
+
+    [[nodiscard]] QPaintEngine* paintEngine() const override { return &engine_; }
+    [[nodiscard]] const std::vector<Line>& lines() const { return engine_.lines; }
+
+private:
+    struct Engine final : QPaintEngine {
+        bool begin(QPaintDevice*) override { return true; }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState&) override { }
+        void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override { }
+        void drawTextItem(const QPointF& at, const QTextItem& item) override
+        {
+            lines.push_back({ at, item.text() });
+        }
+        [[nodiscard]] Type type() const override { return User; }
+        std::vector<Line> lines;
+    };
+
+    mutable Engine engine_;
+};
+
+TEST(LogPageLayout, PagesCarryHeaderAndTheirShareOfRows)
+{
+    LogRecord record;
+    record.setMessage(ids::kLogFtpTransferFailed);
+    record.seq = 7;
+    record.time = QStringLiteral("10:01");
+    record.date = QStringLiteral("01/02/2024");
+    record.field1 = QStringLiteral("b.txt");
+    record.field2 = QStringLiteral("site");
+    record.field3 = QStringLiteral("/pub");
+    record.detail = QStringLiteral("550 denied");
+    EXPECT_EQ(LogPageLayout::rowLine(record),
+        StringTable::text(ids::kLogFtpTransferFailed)
+            + QStringLiteral(" 01/02/2024 10:01 b.txt site /pub 550 denied"));
+
+    const QFont font(QStringLiteral("monospace"), 10);
+    TextRecorder probe(4000, 1000);
+    const LogPageLayout probeLayout(font, probe);
+    const int height = probeLayout.lineHeight() * 12 + probeLayout.lineHeight() / 2;
+    QStringList rows;
+    for (int i = 0; i < 16; ++i)
+        rows.append(QStringLiteral("row %1").arg(i));
+
+    struct Case {
+        int page;
+        qsizetype rows;
+        QStringList expected; // the header, then the page's rows
+    };
+    const Case cases[] = {
+        { 1, 16, { "Page No 1", "row 0", "row 1", "row 2", "row 3", "row 4", "row 5", "row 6" } },
+        { 3, 16, { "Page No 3", "row 14", "row 15" } },
+        { 1, 3, { "Page No 1", "row 0", "row 1", "row 2" } },
+        { 1, 0, {} },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.page);
+        TextRecorder device(4000, height);
+        const LogPageLayout layout(font, device);
+        // Twelve whole lines: the header block takes five, seven are left for rows.
+        EXPECT_EQ(layout.rowsPerPage(), 7);
+        EXPECT_EQ(layout.pageCount(c.rows), (c.rows + 6) / 7);
+        {
+            QPainter painter(&device);
+            layout.drawPage(painter, c.page, rows.mid(0, c.rows));
+        }
+        QStringList drawn;
+        for (const TextRecorder::Line& line : device.lines())
+            drawn.append(line.text);
+        EXPECT_EQ(drawn, c.expected);
+        // The header sits on the third line, the page's first row on the sixth, one line each.
+        for (std::size_t i = 0; i < device.lines().size(); ++i) {
+            const int line = i == 0 ? 2 : int(i) + 4;
+            const QPointF top = device.lines()[i].at
+                - QPointF(0, QFontMetrics(QFont(font, &device), &device).ascent());
+            EXPECT_EQ(top, QPointF(0, line * layout.lineHeight())) << "line " << i;
+        }
+    }
+}
+
+TEST_F(LogViewTest, PrintingDrawsThePagesOfThePrintersRange)
+{
+    QPrinter printer(QPrinter::ScreenResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    const int perPage = LogPageLayout(view_->font(), printer).rowsPerPage();
+    for (int i = 0; i < 2 * perPage + 1; ++i)
+        write(ids::kLogFtpTransferComplete, QString::number(i));
+    deliver();
+
+    struct Case {
+        int from;
+        int to;
+        int pages;
+    };
+    const Case cases[] = { { 0, 0, 3 }, { 2, 2, 1 }, { 2, 9, 2 } };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.from);
+        const QString pdf = settings_.root() + QStringLiteral("/log%1.pdf").arg(c.from);
+        printer.setOutputFileName(pdf);
+        printer.setFromTo(c.from, c.to);
+        view_->printDocument(&printer);
+        EXPECT_EQ(contents(pdf).count("/Type /Page\n"), c.pages);
+    }
+}
+
+} // namespace
+} // namespace zelto
