@@ -60,6 +60,8 @@ TransferJob::TransferJob(
         site.totalBytes = total;
     if (setup_.target)
         setup_.target->totalBytes = total;
+    if (!setup_.sites.empty())
+        currentServer_ = setup_.sites.front().server;
 }
 
 void TransferJob::start(std::function<void()> finished)

@@ -76,8 +76,14 @@ public:
     [[nodiscard]] TransferMode mode() const { return setup_.mode; }
     [[nodiscard]] bool serial() const { return setup_.serial; }
     [[nodiscard]] bool done() const { return done_.load(std::memory_order_acquire); }
-    // The server of the site under way, for the window's title and its cancel question.
+    // The server of the site under way (the first site's until the worker has begun), for the
+    // window's title and its cancel question.
     [[nodiscard]] QString currentServer() const;
+    // A copy's destination server, for the window's title; empty for the other modes.
+    [[nodiscard]] QString targetServer() const
+    {
+        return setup_.target ? setup_.target->server : QString();
+    }
     // The sites that have ended, in the order in which they ended.
     [[nodiscard]] std::vector<SiteResult> results() const;
 

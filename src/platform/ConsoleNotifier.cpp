@@ -18,4 +18,10 @@ Answer ConsoleNotifier::ask(const Question& question)
     return Answer::Cancelled;
 }
 
+bool ConsoleNotifier::askYesNo(const QString& text)
+{
+    showMessage(text, MessageIcon::Question);
+    return false;
+}
+
 } // namespace zelto

@@ -30,6 +30,9 @@ public:
     virtual void showMessage(const QString& text, MessageIcon icon) = 0;
     // Asked on the UI thread only. An unattended run cannot ask anyone: it answers Cancelled.
     virtual Answer ask(const Question& question) = 0;
+    // A question answered Yes (true) or No, with the question icon; on the UI thread only. One
+    // that nobody can answer is answered No.
+    [[nodiscard]] virtual bool askYesNo(const QString& /*text*/) { return false; }
 };
 
 } // namespace zelto

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDialog>
+#include <QStringList>
+
+class QDialogButtonBox;
+class QLineEdit;
+class QSortFilterProxyModel;
+class QStandardItemModel;
+class QTreeView;
+
+namespace zelto {
+
+// "Add Site...": the stored site profiles, by name and server, narrowed by a filter; several can
+// be chosen at once.
+class CSiteChooser final : public QDialog {
+    Q_OBJECT
+public:
+    // `profiles` are profile files under `root`; each is shown by its path below the root.
+    CSiteChooser(const QStringList& profiles, const QString& root, QWidget* parent = nullptr);
+
+    // The profiles chosen, in the order shown.
+    [[nodiscard]] QStringList chosen() const;
+
+private:
+    void updateOk();
+
+    QLineEdit* filter_;
+    QStandardItemModel* profiles_;
+    QSortFilterProxyModel* shown_;
+    QTreeView* list_;
+    QDialogButtonBox* buttons_;
+};
+
+} // namespace zelto

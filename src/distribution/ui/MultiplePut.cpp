@@ -1,0 +1,215 @@
+#include "MultiplePut.h"
+
+#include "app/ProgramServices.h"
+#include "distribution/ParallelStarter.h"
+#include "distribution/ui/CFtpView.h"
+#include "distribution/ui/CTransferDlg.h"
+#include "profiles/ui/CFileListView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QStyle>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace zelto {
+namespace {
+
+// A small captioned window with one line of text and no close button.
+QDialog* waitWindow(const QString& text, QWidget* parent)
+{
+    auto* window = new QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setAttribute(Qt::WA_QuitOnClose, false);
+    window->setWindowTitle(QCoreApplication::applicationName());
+    auto* layout = new QVBoxLayout(window);
+    layout->setContentsMargins(24, 18, 24, 18);
+    layout->addWidget(new QLabel(text, window));
+    return window;
+}
+
+} // namespace
+
+// The windows of one Send Parallel, opened one per tick of its starter.
+struct MultiplePut::Parallel {
+    std::vector<JobSite> sites;
+    std::vector<FileEntry> files;
+    // The window opened last: the next one's anchor, while it is open.
+    QPointer<CTransferDlg> previous;
+    std::unique_ptr<ParallelStarter> starter;
+};
+
+MultiplePut::MultiplePut(CFtpView& sites, CFileListView& files, ProgramServices& services,
+    JobOutcomeSink& outcomes, QObject* parent)
+    : QObject(parent)
+    , sites_(sites)
+    , files_(files)
+    , services_(services)
+    , outcomes_(outcomes)
+    , sendParallel_(new QAction(QIcon::fromTheme(QStringLiteral("document-send"),
+                                    QApplication::style()->standardIcon(QStyle::SP_ArrowUp)),
+          tr("Send &Parallel"), this))
+    , sendSerial_(new QAction(QIcon::fromTheme(QStringLiteral("go-next"),
+                                  QApplication::style()->standardIcon(QStyle::SP_ArrowRight)),
+          tr("Send &Serial"), this))
+{
+    sendParallel_->setToolTip(tr("Send the files to every site at once, one window per site"));
+    sendSerial_->setToolTip(tr("Send the files to the sites one after another, in one window"));
+    for (QAction* action : actions())
+        action->setStatusTip(action->toolTip());
+    connect(sendParallel_, &QAction::triggered, this, &MultiplePut::sendParallel);
+    connect(sendSerial_, &QAction::triggered, this, &MultiplePut::sendSerial);
+}
+
+MultiplePut::~MultiplePut()
+{
+    if (wait_)
+        wait_->close();
+}
+
+void MultiplePut::sendParallel()
+{
+    prepare(false);
+}
+
+void MultiplePut::sendSerial()
+{
+    prepare(true);
+}
+
+void MultiplePut::prepare(bool serial)
+{
+    if (preparing_)
+        return;
+    // Files still being dropped belong to this send.
+    if (files_.adding()) {
+        setPreparing(true);
+        connect(
+            &files_, &CFileListView::addingFinished, this,
+            [this, serial] {
+                setPreparing(false);
+                prepare(serial);
+            },
+            Qt::SingleShotConnection);
+        return;
+    }
+    // Profiles are read when they are needed: a site edited since it was listed is sent as it
+    // is now.
+    sites_.refresh();
+    std::vector<JobSite> sites = sites_.sites();
+    const std::size_t siteCount = sites.size();
+    setPreparing(true);
+
+    // The worker reaches back only through events to this thread, dropped once this is gone.
+    const QPointer<MultiplePut> self(this);
+    auto status = [self](const QString& text) {
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, text] {
+                if (self)
+                    self->showWait(text);
+            },
+            Qt::QueuedConnection);
+    };
+    auto deliver
+        = [self, serial, sites = std::move(sites)](std::shared_ptr<std::optional<FileSet>> set) {
+              QMetaObject::invokeMethod(
+                  qApp,
+                  [self, serial, sites, set] {
+                      if (self)
+                          self->prepared(serial, sites, std::move(*set));
+                  },
+                  Qt::QueuedConnection);
+          };
+    services_.threads().launch(
+        [siteCount, entries = files_.entries(), &notifier = services_.jobs().notifier, status,
+            deliver](std::stop_token) {
+            deliver(std::make_shared<std::optional<FileSet>>(
+                FileSet::prepare(siteCount, entries, notifier, status)));
+        });
+}
+
+void MultiplePut::showWait(const QString& text)
+{
+    // The empty text that ends the preparation is left to prepared(), which keeps the window up
+    // long enough to be read.
+    if (text.isEmpty() || wait_)
+        return;
+    wait_ = waitWindow(text, sites_.window());
+    wait_->show();
+    waitShown_.start();
+}
+
+void MultiplePut::prepared(
+    bool serial, const std::vector<JobSite>& sites, std::optional<FileSet> set)
+{
+    if (!set) {
+        setPreparing(false);
+        return;
+    }
+    const auto shown = std::chrono::milliseconds(waitShown_.isValid() ? waitShown_.elapsed() : 0);
+    const auto left = std::max(kWaitShown - shown, std::chrono::milliseconds::zero());
+    QTimer::singleShot(
+        left, this, [this, serial, sites, set = std::make_shared<const FileSet>(std::move(*set))] {
+            if (wait_)
+                wait_->close();
+            waitShown_.invalidate();
+            setPreparing(false);
+            start(serial, sites, *set);
+        });
+}
+
+void MultiplePut::start(bool serial, const std::vector<JobSite>& sites, const FileSet& set)
+{
+    if (!serial) {
+        startParallel(sites, set);
+        return;
+    }
+    TransferJob::Setup setup;
+    setup.mode = TransferMode::DistributionPut;
+    setup.serial = true;
+    setup.sites = sites;
+    setup.files = set.files();
+    open(std::move(setup), nullptr);
+}
+
+void MultiplePut::startParallel(const std::vector<JobSite>& sites, const FileSet& set)
+{
+    std::erase_if(parallel_, [](const auto& send) { return send->starter->finished(); });
+    auto send = std::make_unique<Parallel>();
+    send->sites = sites;
+    send->files = set.files();
+    Parallel& run = *send;
+    run.starter = std::make_unique<ParallelStarter>(run.sites.size(), [this, &run](std::size_t i) {
+        TransferJob::Setup setup;
+        setup.mode = TransferMode::DistributionPut;
+        setup.serial = false;
+        setup.sites = { run.sites[i] };
+        setup.files = run.files;
+        run.previous = open(std::move(setup), run.previous.data());
+    });
+    parallel_.push_back(std::move(send));
+    run.starter->start();
+}
+
+CTransferDlg* MultiplePut::open(TransferJob::Setup setup, CTransferDlg* anchor)
+{
+    const std::shared_ptr<TransferJob> job
+        = TransferJob::create(std::move(setup), services_.jobs(), outcomes_, services_.threads());
+    auto* window = new CTransferDlg(job, services_.jobs().notifier, anchor, sites_.window());
+    window->show();
+    job->start();
+    Q_EMIT transferWindowOpened(window);
+    return window;
+}
+
+void MultiplePut::setPreparing(bool preparing)
+{
+    preparing_ = preparing;
+    for (QAction* action : actions())
+        action->setEnabled(!preparing);
+}
+
+} // namespace zelto

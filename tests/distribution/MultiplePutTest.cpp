@@ -1,0 +1,188 @@
+// Send Parallel and Send Serial from the multiple-put screen's two lists to fixture servers: the
+// refusals, the wait window, the transfer windows and the files that reach every server.
+
+#include "distribution/ui/MultiplePut.h"
+
+#include "DistributionFixture.h"
+#include "app/ProgramServices.h"
+#include "distribution/ui/CFtpView.h"
+#include "distribution/ui/CTransferDlg.h"
+#include "options/SoundPlayer.h"
+#include "platform/StringIds.h"
+#include "platform/StringTable.h"
+#include "profiles/ProfileStore.h"
+#include "profiles/SiteProfile.h"
+#include "profiles/ui/CFileListView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QPointer>
+
+namespace zelto::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kDeadline = 30s;
+
+class SilentPlayer final : public SoundPlayer {
+public:
+    void playFile(const QString&) override { }
+};
+
+const char* const kFiles[]
+    = { "www/index.html", "www/css/site.css", "www/img/logo.png", "www/img/icons/a.ico" };
+
+class MultiplePutTest : public DistributionFixture {
+protected:
+    void SetUp() override
+    {
+        DistributionFixture::SetUp();
+        if (IsSkipped())
+            return;
+        window_.resize(600, 400);
+        QObject::connect(&put_, &MultiplePut::transferWindowOpened, [this](CTransferDlg* window) {
+            // Where each window opened, and whether the one before was still there to follow.
+            opened_.push_back({ window, window->pos(), waitWindow() != nullptr });
+        });
+    }
+
+    // A profile for fixture server `index`.
+    [[nodiscard]] QString profileOf(int index) const
+    {
+        const QString file = ProfileStore::root() + QStringLiteral("/site%1.ini").arg(index);
+        const FtpUser& user = servers_[index]->users().front();
+        EXPECT_TRUE(SiteProfile::write(file,
+            { FtpServer::host(), user.name, user.password, {}, {},
+                QString::number(servers_[index]->port()) }));
+        return file;
+    }
+    void listAll()
+    {
+        sites_->addProfiles({ profileOf(0), profileOf(1) });
+        files_->addPaths({ localPath(QStringLiteral("www")) });
+    }
+    // The wait window while it is shown.
+    [[nodiscard]] static QDialog* waitWindow()
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* dialog = qobject_cast<QDialog*>(widget);
+            const auto* label = dialog ? dialog->findChild<QLabel*>() : nullptr;
+            if (dialog && dialog->isVisible() && label
+                && label->text() == StringTable::text(ids::kSortingFiles))
+                return dialog;
+        }
+        return nullptr;
+    }
+    void expectEveryFileOn(int server) const
+    {
+        for (const char* file : kFiles)
+            EXPECT_TRUE(
+                sameBytes(localPath(QLatin1String(file)), stored(server, QLatin1String(file))))
+                << file << " on server " << server;
+    }
+
+    struct Opened {
+        QPointer<CTransferDlg> window;
+        QPoint position;
+        bool waitShown;
+    };
+
+    SilentPlayer player_;
+    ProgramServices services_ { recorder_, player_ };
+    QWidget window_;
+    CFtpView* sites_ = new CFtpView(&window_);
+    CFileListView* files_ = new CFileListView(recorder_, &window_);
+    MultiplePut put_ { *sites_, *files_, services_, outcomes_ };
+    std::vector<Opened> opened_;
+};
+
+TEST_F(MultiplePutTest, RefusesWithoutSitesOrFiles)
+{
+    struct Case {
+        const char* what;
+        bool site;
+        bool file;
+        int message;
+    };
+    const Case cases[] = {
+        { "no site", false, true, ids::kNoTargetSites },
+        { "no file", true, false, ids::kNoFilesToSend },
+        { "neither", false, false, ids::kNoTargetSites },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        recorder_.clear();
+        CFtpView sites;
+        CFileListView files(recorder_);
+        if (c.site)
+            sites.addProfiles({ profileOf(0) });
+        if (c.file)
+            files.addPaths({ localPath(QStringLiteral("www/index.html")) });
+        ASSERT_TRUE(waitUntil([&] { return !files.adding(); }, kDeadline));
+        MultiplePut put(sites, files, services_, outcomes_);
+        QObject::connect(&put, &MultiplePut::transferWindowOpened,
+            [](CTransferDlg*) { ADD_FAILURE() << "a transfer window opened"; });
+
+        for (QAction* send : put.actions()) {
+            send->trigger();
+            ASSERT_TRUE(waitUntil([&] { return !put.preparing(); }, kDeadline));
+            EXPECT_TRUE(send->isEnabled());
+        }
+        const std::pair<QString, MessageIcon> refusal { StringTable::text(c.message),
+            MessageIcon::Stop };
+        EXPECT_EQ(recorder_.messages(), std::vector({ refusal, refusal }));
+    }
+}
+
+TEST_F(MultiplePutTest, SendParallelOpensCascadingWindowsAndDeliversToEverySite)
+{
+    listAll();
+    ASSERT_TRUE(waitUntil([&] { return !files_->adding(); }, kDeadline));
+    // The first site's login is held back, so that its window is still open when the second
+    // one follows it.
+    FtpFaults slowLogin;
+    slowLogin.stall[QStringLiteral("PASS")] = 1500ms;
+    servers_[0]->setFaults(slowLogin);
+
+    put_.sendParallel();
+    EXPECT_TRUE(put_.preparing());
+    EXPECT_FALSE(put_.sendParallelAction()->isEnabled());
+    EXPECT_FALSE(put_.sendSerialAction()->isEnabled());
+    // Asked again while the first is being prepared: ignored.
+    put_.sendParallel();
+    ASSERT_TRUE(waitUntil([&] { return waitWindow() != nullptr; }, kDeadline));
+    ASSERT_TRUE(waitUntil([&] { return opened_.size() == 2; }, kDeadline));
+
+    EXPECT_FALSE(opened_[0].waitShown);
+    ASSERT_TRUE(opened_[0].window) << "the first window closed before the second opened";
+    EXPECT_EQ(opened_[1].position - opened_[0].position, CTransferDlg::kCascadeStep);
+    ASSERT_TRUE(waitUntil([&] { return outcomes_.count() == 2; }, kDeadline));
+    expectEveryFileOn(0);
+    expectEveryFileOn(1);
+    ASSERT_TRUE(waitUntil([&] { return !opened_[0].window && !opened_[1].window; }, kDeadline));
+    EXPECT_EQ(opened_.size(), 2u);
+    EXPECT_TRUE(put_.sendParallelAction()->isEnabled());
+}
+
+TEST_F(MultiplePutTest, SendSerialServesEverySiteFromOneWindow)
+{
+    listAll();
+    // Sent while the dropped folder is still being added: the send waits for it.
+    ASSERT_TRUE(files_->adding());
+    put_.sendSerial();
+    ASSERT_TRUE(waitUntil([&] { return outcomes_.count() == 2; }, kDeadline));
+    ASSERT_EQ(opened_.size(), 1u);
+    expectEveryFileOn(0);
+    expectEveryFileOn(1);
+    // One job walked the list in its order.
+    const auto ended = outcomes_.sites();
+    EXPECT_EQ(ended[0].site.port, servers_[0]->port());
+    EXPECT_EQ(ended[1].site.port, servers_[1]->port());
+    ASSERT_TRUE(waitUntil([&] { return !opened_[0].window; }, kDeadline));
+}
+
+} // namespace
+} // namespace zelto::test

@@ -1,0 +1,411 @@
+// The transfer window against fixture servers: where it opens, its title, what it shows of a
+// running job, its end with the job, and every answer to Cancel with the files that reached each
+// server.
+
+#include "DistributionFixture.h"
+#include "distribution/RemotePlacement.h"
+#include "distribution/TransferJob.h"
+#include "distribution/WorkerThreads.h"
+#include "distribution/ui/CTransferDlg.h"
+#include "platform/StringIds.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+
+#include <functional>
+
+namespace zelto::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kDeadline = 20s;
+
+// Answers the window's questions as the test says, and keeps what was asked.
+class AnsweringNotifier final : public Notifier {
+public:
+    void showMessage(const QString& /*text*/, MessageIcon /*icon*/) override { }
+    Answer ask(const Question& question) override
+    {
+        questions.push_back(question);
+        return answer;
+    }
+    bool askYesNo(const QString& text) override
+    {
+        yesNoQuestions.push_back(text);
+        return yes;
+    }
+
+    Answer answer = Answer::Cancelled;
+    bool yes = false;
+    std::vector<Question> questions;
+    std::vector<QString> yesNoQuestions;
+};
+
+TEST(TransferWindowCascadeTest, FollowsTheAnchorUntilAnEdge)
+{
+    const QRect screen(0, 0, 800, 600);
+    struct Case {
+        const char* what;
+        QRect anchor;
+        QRect screen;
+        QPoint expected;
+    };
+    const Case cases[] = {
+        { "room both ways", { 100, 100, 300, 200 }, screen, { 110, 120 } },
+        { "right edge + 10 one short of the width", { 489, 100, 300, 200 }, screen, { 499, 120 } },
+        { "right edge + 10 reaches the width", { 490, 100, 300, 200 }, screen, { 20, 120 } },
+        { "bottom + 20 one short of the height", { 100, 379, 300, 200 }, screen, { 110, 399 } },
+        { "bottom + 20 reaches the height", { 100, 380, 300, 200 }, screen, { 110, 40 } },
+        { "both edges", { 600, 500, 300, 200 }, screen, { 20, 40 } },
+        { "a second screen on the right", { 1500, 100, 300, 200 }, { 800, 0, 1024, 768 },
+            { 1510, 120 } },
+        { "its right edge", { 1520, 100, 300, 200 }, { 800, 0, 1024, 768 }, { 820, 120 } },
+        { "a panel above the free area", { 100, 380, 300, 200 }, { 0, 30, 800, 570 }, { 110, 70 } },
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(CTransferDlg::cascadePosition(c.anchor, c.screen), c.expected) << c.what;
+}
+
+class TransferWindowTest : public DistributionFixture {
+protected:
+    void TearDown() override
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<CTransferDlg*>(widget))
+                delete widget;
+        }
+        // No worker may outlive its job.
+        EXPECT_TRUE(threads_.waitAll(kDeadline));
+    }
+
+    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial,
+        std::vector<FileEntry> files, TransferMode mode = TransferMode::DistributionPut)
+    {
+        TransferJob::Setup setup;
+        setup.mode = mode;
+        setup.serial = serial;
+        setup.sites = std::move(sites);
+        setup.files = std::move(files);
+        return TransferJob::create(std::move(setup), recorder_.services, outcomes_, threads_);
+    }
+    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial)
+    {
+        return makeJob(std::move(sites), serial, fileSet());
+    }
+
+    QPointer<CTransferDlg> open(
+        const std::shared_ptr<TransferJob>& job, CTransferDlg* anchor = nullptr)
+    {
+        auto* window = new CTransferDlg(job, notifier_, anchor);
+        window->show();
+        return window;
+    }
+
+    // Closed, and deleted with it.
+    [[nodiscard]] static bool closed(const QPointer<CTransferDlg>& window)
+    {
+        return waitUntil(
+            [&] {
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+                return window.isNull();
+            },
+            kDeadline);
+    }
+    [[nodiscard]] int count(int server, const char* command) const
+    {
+        return servers_[server]->commandCount(QLatin1String(command));
+    }
+    // The server has received the command more than `before` times.
+    [[nodiscard]] bool commandSeen(int server, const char* command, int before) const
+    {
+        return waitUntil([&] { return count(server, command) > before; }, kDeadline);
+    }
+    void stall(int server, const char* command, std::chrono::milliseconds time) const
+    {
+        FtpFaults faults;
+        faults.stall[QLatin1String(command)] = time;
+        servers_[server]->setFaults(faults);
+    }
+    // Every file of the set arrived whole at the server.
+    [[nodiscard]] bool served(int server) const
+    {
+        for (const FileEntry& file : fileSet()) {
+            const QString relative
+                = QDir(local_.path()).relativeFilePath(file.localFolder + u'/' + file.localName);
+            if (!sameBytes(localPath(relative), stored(server, relative)))
+                return false;
+        }
+        return true;
+    }
+    [[nodiscard]] bool empty(int server) const
+    {
+        return treeOf(servers_[server]->home()).isEmpty();
+    }
+
+    static void clickCancel(CTransferDlg& window)
+    {
+        auto* cancel = window.findChild<QPushButton*>(QStringLiteral("cancel"));
+        ASSERT_NE(cancel, nullptr);
+        QTest::mouseClick(cancel, Qt::LeftButton);
+    }
+
+    AnsweringNotifier notifier_;
+    WorkerThreads threads_;
+};
+
+// What the window shows is what the job publishes, paths cut to their tails.
+[[nodiscard]] bool shows(const CTransferDlg& window, const JobProgress::Snapshot& progress)
+{
+    static constexpr const char* kTexts[] = { "jobBytes", "jobRate", "jobTimeLeft", "fileBytes",
+        "fileRate", "fileTimeLeft", "localPath", "remotePath", "status" };
+    for (std::size_t i = 0; i < std::size(kTexts); ++i) {
+        const auto which = static_cast<JobProgress::Text>(i);
+        const bool path
+            = which == JobProgress::Text::LocalPath || which == JobProgress::Text::RemotePath;
+        const QString& text = progress.text(which);
+        const auto* label = window.findChild<QLabel*>(QLatin1String(kTexts[i]));
+        if (!label || label->text() != (path ? RemotePlacement::shownPath(text) : text))
+            return false;
+    }
+    const auto* jobBar = window.findChild<QProgressBar*>(QStringLiteral("jobBar"));
+    const auto* fileBar = window.findChild<QProgressBar*>(QStringLiteral("fileBar"));
+    return jobBar && fileBar && jobBar->value() == progress.jobBar
+        && fileBar->value() == progress.fileBar;
+}
+
+TEST_F(TransferWindowTest, TitleNamesTheModeAndItsServers)
+{
+    struct Case {
+        TransferMode mode;
+        const char* title;
+    };
+    const Case cases[] = {
+        { TransferMode::Put, "FTP Put to: alpha.example" },
+        { TransferMode::DistributionPut, "FTP Put to: alpha.example" },
+        { TransferMode::Get, "FTP Get from: alpha.example" },
+        { TransferMode::Copy, "FTP Transfer from:alpha.example to beta.example" },
+    };
+    for (const Case& c : cases) {
+        TransferJob::Setup setup;
+        setup.mode = c.mode;
+        setup.sites = { { QStringLiteral("alpha.example"), {}, {}, 21, {}, 0 } };
+        if (c.mode == TransferMode::Copy)
+            setup.target = JobSite { QStringLiteral("beta.example"), {}, {}, 21, {}, 0 };
+        const auto job = TransferJob::create(setup, recorder_.services, outcomes_, threads_);
+        const auto window = open(job);
+        EXPECT_EQ(window->windowTitle(), QLatin1String(c.title));
+        delete window;
+    }
+}
+
+TEST_F(TransferWindowTest, WindowsOfOneSendCascadeAndStartAgainAtTheEdge)
+{
+    std::vector<QPointer<CTransferDlg>> windows;
+    QRect screen;
+    for (int i = 0; i < 10; ++i) {
+        windows.push_back(open(makeJob({ site(i % kServers) }, false),
+            windows.empty() ? nullptr : windows.back().data()));
+        if (i > 0)
+            continue;
+        // The first one a few steps from the bottom right corner of the screen's free area.
+        screen = windows.front()->screen()->availableGeometry();
+        const QSize size = windows.front()->frameGeometry().size();
+        windows.front()->move(screen.x() + screen.width() - size.width() - 35,
+            screen.y() + screen.height() - size.height() - 50);
+    }
+    std::array<int, 2> restarts {};
+    for (std::size_t i = 1; i < windows.size(); ++i) {
+        const QPoint before = windows[i - 1]->pos();
+        const QPoint now = windows[i]->pos();
+        EXPECT_TRUE(now.x() == before.x() + 10 || now.x() == screen.x() + 20) << i;
+        EXPECT_TRUE(now.y() == before.y() + 20 || now.y() == screen.y() + 40) << i;
+        restarts[0] += now.x() == screen.x() + 20;
+        restarts[1] += now.y() == screen.y() + 40;
+    }
+    // Ten windows reach both edges from there.
+    EXPECT_GT(restarts[0], 0);
+    EXPECT_GT(restarts[1], 0);
+}
+
+TEST_F(TransferWindowTest, EveryWayToCancelAsksFirst)
+{
+    const auto job = makeJob({ site(0) }, false);
+    const auto window = open(job);
+    EXPECT_FALSE(window->windowFlags() & Qt::WindowCloseButtonHint);
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+
+    const std::pair<const char*, std::function<void()>> ways[] = {
+        { "button", [&] { clickCancel(*window); } },
+        { "Alt+C", [&] { QTest::keyClick(window, Qt::Key_C, Qt::AltModifier); } },
+        { "Enter", [&] { QTest::keyClick(window, Qt::Key_Return); } },
+        { "Esc", [&] { QTest::keyClick(window, Qt::Key_Escape); } },
+        { "the window manager's close", [&] { window->close(); } },
+    };
+    notifier_.yes = false;
+    std::size_t asked = 0;
+    for (const auto& [what, press] : ways) {
+        press();
+        EXPECT_TRUE(
+            waitUntil([&] { return notifier_.yesNoQuestions.size() == asked + 1; }, kDeadline))
+            << what;
+        asked = notifier_.yesNoQuestions.size();
+        ASSERT_FALSE(window.isNull()) << what;
+        EXPECT_TRUE(window->isVisible()) << what << ": No keeps the window";
+    }
+    EXPECT_EQ(notifier_.yesNoQuestions.front(), QStringLiteral("127.0.0.1: Cancel FTP sending?"));
+    notifier_.yes = true;
+    clickCancel(*window);
+    EXPECT_TRUE(closed(window));
+}
+
+TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
+{
+    // One file large enough to be caught in its transfer, in a folder whose path the window cuts.
+    const QString folder = local_.path() + QStringLiteral("/a-folder-with-a-rather-long-name");
+    const QString name = QStringLiteral("data.bin");
+    ASSERT_TRUE(makeFile(folder + u'/' + name, 64 << 20, 7));
+    const auto files = FileSet::build({ listed(folder, name) }).files();
+    // The second site under another name of the same host, held at its login long enough for the
+    // title to follow it there.
+    JobSite second = site(1);
+    second.server = QStringLiteral("localhost");
+    stall(1, "USER", 1s);
+    const auto job = makeJob({ site(0), second }, true, files);
+    const auto window = open(job);
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("FTP Put to: 127.0.0.1"));
+    job->start();
+
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            const auto progress = job->progress().snapshot();
+            return progress.jobBar > 0 && !progress.text(JobProgress::Text::JobBytes).isEmpty();
+        },
+        kDeadline));
+    job->pause();
+    JobProgress::Snapshot progress;
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            progress = job->progress().snapshot();
+            return shows(*window, progress);
+        },
+        kDeadline));
+    const QString localPath = progress.text(JobProgress::Text::LocalPath);
+    EXPECT_EQ(localPath, folder + u'/' + name);
+    const auto* shownLocal = window->findChild<QLabel*>(QStringLiteral("localPath"));
+    EXPECT_TRUE(localPath.endsWith(shownLocal->text()));
+    EXPECT_LT(shownLocal->text().size(), localPath.size());
+    EXPECT_EQ(shownLocal->toolTip(), localPath);
+    EXPECT_FALSE(progress.text(JobProgress::Text::RemotePath).isEmpty());
+
+    job->resume();
+    EXPECT_TRUE(waitUntil(
+        [&] { return window && window->windowTitle() == QStringLiteral("FTP Put to: localhost"); },
+        kDeadline));
+    EXPECT_TRUE(closed(window));
+    EXPECT_TRUE(job->done());
+    for (int server : { 0, 1 })
+        EXPECT_TRUE(
+            sameBytes(folder + u'/' + name, servers_[server]->home() + folder + u'/' + name))
+            << server;
+}
+
+TEST_F(TransferWindowTest, CancelOfOneSite)
+{
+    struct Case {
+        const char* what;
+        bool yes;
+        std::chrono::milliseconds stall; // of every STOR
+        bool closesAtOnce;
+        bool served;
+    };
+    const Case cases[] = {
+        { "Yes", true, FtpFaults::kForever, true, false },
+        { "No", false, 300ms, false, true },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        QDir(servers_[0]->home()).removeRecursively();
+        QDir().mkpath(servers_[0]->home());
+        stall(0, "STOR", c.stall);
+        const int stores = count(0, "STOR");
+        const auto job = makeJob({ site(0) }, false);
+        const auto window = open(job);
+        job->start();
+        ASSERT_TRUE(commandSeen(0, "STOR", stores));
+
+        notifier_.yes = c.yes;
+        clickCancel(*window);
+        EXPECT_EQ(notifier_.yesNoQuestions.back(),
+            FtpServer::host() + QStringLiteral(": Cancel FTP sending?"));
+        EXPECT_EQ(window.isNull() || !window->isVisible(), c.closesAtOnce);
+        EXPECT_TRUE(closed(window));
+        ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
+        EXPECT_EQ(served(0), c.served);
+        EXPECT_EQ(empty(0), !c.served);
+    }
+}
+
+TEST_F(TransferWindowTest, CancelOfASerialJob)
+{
+    struct Case {
+        const char* what;
+        Answer answer;
+        std::chrono::milliseconds stall; // of the first site's login
+        bool closesAtOnce;
+        std::array<bool, kServers> served;
+    };
+    const Case cases[] = {
+        { "All", Answer::Accepted, FtpFaults::kForever, true, { false, false, false } },
+        { "Only this one, before the login", Answer::Middle, FtpFaults::kForever, false,
+            { false, true, true } },
+        { "Cancel", Answer::Cancelled, 300ms, false, { true, true, true } },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        for (auto& server : servers_) {
+            QDir(server->home()).removeRecursively();
+            QDir().mkpath(server->home());
+        }
+        stall(0, "USER", c.stall);
+        const int logins = count(0, "USER");
+        const std::size_t ends = outcomes_.count();
+        const auto job = makeJob({ site(0), site(1), site(2) }, true);
+        const auto window = open(job);
+        job->start();
+        ASSERT_TRUE(commandSeen(0, "USER", logins));
+        const int laterLogins = count(1, "USER") + count(2, "USER");
+
+        notifier_.answer = c.answer;
+        clickCancel(*window);
+        ASSERT_FALSE(notifier_.questions.empty());
+        const Question& asked = notifier_.questions.back();
+        EXPECT_EQ(asked.text,
+            QStringLiteral("This is a Serial FTP Put transfer. Cancel all or just this one?"));
+        EXPECT_EQ(asked.acceptTextId, ids::kButtonAll);
+        EXPECT_EQ(asked.middleTextId, ids::kButtonOnlyThisOne);
+        EXPECT_TRUE(asked.middleEnabled);
+        EXPECT_EQ(asked.cancelTextId, ids::kButtonCancel);
+        EXPECT_EQ(window.isNull() || !window->isVisible(), c.closesAtOnce);
+
+        EXPECT_TRUE(closed(window));
+        ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
+        EXPECT_EQ(outcomes_.count(), ends + kServers) << "every site handed to the sink";
+        for (int server = 0; server < kServers; ++server) {
+            EXPECT_EQ(served(server), c.served[server]) << server;
+            EXPECT_EQ(empty(server), !c.served[server]) << server;
+        }
+        if (c.answer == Answer::Accepted) {
+            EXPECT_EQ(count(1, "USER") + count(2, "USER"), laterLogins) << "no later site tried";
+        }
+    }
+}
+
+} // namespace
+} // namespace zelto::test
