@@ -10,7 +10,7 @@
 //       until standard input ends
 //   zelto_bench_distribution --fanout SERVERS --source FOLDER [--interval MS]
 //       sends every file of FOLDER to SERVERS new vsftpd, one parallel job each, and prints the
-//       wall time from the first start to the last end
+//       wall time from the first start to the last end and the CPU time the client took for it
 //   zelto_bench_distribution --sites SITES --servers SERVERS --source FOLDER
 //       SITES parallel jobs spread over SERVERS vsftpd, each into a folder of its own; prints the
 //       wall time, the peak memory, and the threads left once the jobs have ended
@@ -44,6 +44,7 @@
 #include <memory>
 #include <pwd.h>
 #include <string>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
@@ -88,6 +89,17 @@ private:
 double seconds(Clock::time_point since)
 {
     return std::chrono::duration<double>(Clock::now() - since).count();
+}
+
+// CPU time of this process, all its threads: the client's share, without the servers' (they are
+// processes of their own).
+double cpuSeconds()
+{
+    rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto inSeconds
+        = [](const timeval& time) { return double(time.tv_sec) + time.tv_usec / 1e6; };
+    return inSeconds(usage.ru_utime) + inSeconds(usage.ru_stime);
 }
 
 // The peak resident memory of the process (VmHWM), in KiB.
@@ -209,6 +221,7 @@ int sendParallel(int serverCount, int siteCount, const QString& source,
     const int threadsBefore = threadCount();
     std::vector<std::shared_ptr<TransferJob>> jobs;
     const auto started = Clock::now();
+    const double cpuAtStart = cpuSeconds();
     {
         WorkerThreads threads;
         ParallelStarter starter(
@@ -234,10 +247,12 @@ int sendParallel(int serverCount, int siteCount, const QString& source,
             },
             30min);
         const double wall = seconds(started);
+        const double cpu = cpuSeconds() - cpuAtStart;
         const bool threadsEnded = threads.waitAll(WorkerThreads::kExitWait);
-        std::printf("%d sites on %d servers, %zu files, %lld bytes each: %.2f s, "
-                    "%.1f MB/s in all, peak RSS %.1f MiB, threads %d before, %d after%s\n",
-            siteCount, serverCount, files.size(), static_cast<long long>(bytes), wall,
+        std::printf(
+            "%d sites on %d servers, %zu files, %lld bytes each: %.2f s, client CPU %.2f s, "
+            "%.1f MB/s in all, peak RSS %.1f MiB, threads %d before, %d after%s\n",
+            siteCount, serverCount, files.size(), static_cast<long long>(bytes), wall, cpu,
             double(bytes) * siteCount / wall / 1e6, peakKiB() / 1024.0, threadsBefore,
             threadCount(), threadsEnded ? "" : " (workers still running)");
         if (!ended || tally.failed() > 0) {

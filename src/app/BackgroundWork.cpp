@@ -2,7 +2,6 @@
 
 #include "app/DataFolders.h"
 #include "app/ProgramServices.h"
-#include "distribution/LinkDistribution.h"
 #include "scripts/ScriptProgress.h"
 #include "scripts/ScriptRun.h"
 
@@ -37,6 +36,7 @@ void BackgroundWork::runLink(const QString& name)
 {
     auto link = std::make_unique<LinkDistribution>(
         services_.jobs(), services_.threads(), bookkeeping_, nullptr);
+    link->setJobStarting(linkJobStarting_);
     const LinkDistribution* running = link.get();
     // The end comes from inside the run's own call; the run is dropped after it has returned.
     const bool started = link->start(name, [this, running](bool) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "distribution/LinkDistribution.h"
 #include "queue/QueueBookkeeping.h"
 #include "queue/QueueResendTimer.h"
 #include "queue/QueueSender.h"
@@ -13,7 +14,6 @@
 
 namespace zelto {
 
-class LinkDistribution;
 class ProgramServices;
 class ScriptProgress;
 class ScriptRun;
@@ -38,6 +38,11 @@ public:
 
     // Sends a link's files to its sites in parallel; a link without sites does nothing.
     void runLink(const QString& name);
+    // How the links started here show their jobs (a windowed run opens a transfer window each).
+    void setLinkJobStarting(LinkDistribution::JobStarting starting)
+    {
+        linkJobStarting_ = std::move(starting);
+    }
     // Runs a command script on a worker of its own; its progress window reads the lines.
     std::shared_ptr<ScriptProgress> runScript(const QString& path);
 
@@ -59,6 +64,7 @@ private:
     QueueSender sender_;
     QueueResendTimer resendTimer_;
     Scheduler scheduler_;
+    LinkDistribution::JobStarting linkJobStarting_;
     std::vector<std::unique_ptr<LinkDistribution>> links_;
     std::vector<Script> scripts_;
     // Destroyed first: a link's end that is still posted is dropped with it.

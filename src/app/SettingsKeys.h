@@ -54,7 +54,10 @@ inline constexpr char kCasingLower[] = "LOWER_CASE";
 inline constexpr TextKey kTimeType { kConfig, "TimeType", "MM/DD" }; // System page, date formatting
 inline constexpr TextKey kTimeTypeAtFrameStart { kConfig, "TimeType", "DD/MM" };
 inline constexpr TextKey kTimeTypeForFrameHandler { kConfig, "TimeType", "" };
-inline constexpr TextKey kScreenSplit { kConfig, "ScreenSplit", "HORIZ" };
+// The two work panes of a screen lie side by side unless the value is kSplitVertical.
+inline constexpr char kSplitHorizontal[] = "HORIZ";
+inline constexpr char kSplitVertical[] = "VERT";
+inline constexpr TextKey kScreenSplit { kConfig, "ScreenSplit", kSplitHorizontal };
 inline constexpr TextKey kDragDrop { kConfig, "DragDrop", "MOVE" };
 inline constexpr TextKey kDragDropDirsMiscPage { kConfig, "DragDropDirs", kYes };
 inline constexpr TextKey kDragDropDirsRemoteBrowser { kConfig, "DragDropDirs", kNo };
@@ -77,7 +80,12 @@ inline constexpr TextKey kEmail { kConfig, "Email", "" };
 // Only one connect dialog reads this port; every other reader uses ftp::kPort.
 inline constexpr IntKey kConnectDialogPort { kConfig, "Port", 21 };
 inline constexpr char kWinStateIconic[] = "ICONIC";
-inline constexpr TextKey kWinState { kConfig, "WinState", "RESTORED" };
+inline constexpr char kWinStateRestored[] = "RESTORED";
+inline constexpr TextKey kWinState { kConfig, "WinState", kWinStateRestored };
+// The screens' words; an empty or unknown value shows the default screen.
+inline constexpr char kScreenRemoteLocal[] = "REMOTE_LOCAL";
+inline constexpr char kScreenRemoteRemote[] = "REMOTE_REMOTE";
+inline constexpr char kScreenMultiplePut[] = "MULTIPLE_PUT";
 inline constexpr TextKey kStartScreen { kConfig, "StartScreen", "" };
 inline constexpr TextKey kScheduler { kConfig, "Scheduler", kNo };
 inline constexpr IntKey kToolBar { kConfig, "ToolBar", 0 };
@@ -113,6 +121,10 @@ inline constexpr TextKey kPassive { kFtp, "Passive", kNo };
 // The transfer type choice reads "NotFound"; the frame reads it empty when it is created.
 inline constexpr TextKey kTransferType { kFtp, "TransferType", "NotFound" };
 inline constexpr TextKey kTransferTypeAtFrameStart { kFtp, "TransferType", "" };
+// The Transfer Mode menu's words; the transfer type choice honours the first two.
+inline constexpr char kTransferBinary[] = "BINARY";
+inline constexpr char kTransferText[] = "TEXT";
+inline constexpr char kTransferAutomatic[] = "AUTOMATIC";
 inline constexpr TextKey kQuickServer { kFtp, "QuickServer", "" };
 inline constexpr TextKey kQuickLogin { kFtp, "QuickLogin", "" };
 inline constexpr TextKey kQuickPasswd { kFtp, "QuickPasswd", "" };
@@ -135,6 +147,7 @@ inline constexpr IntKey kTimeFormat { kLog, "TimeFormat", 0 };
 inline constexpr IntKey kDateFormat { kLog, "DateFormat", 0 };
 inline constexpr char kViewAll[] = "ALL";
 inline constexpr char kViewSuccess[] = "SUCCESS";
+inline constexpr char kViewUnsuccess[] = "UNSUCCESS"; // any value but the two above reads so
 inline constexpr TextKey kView { kLog, "View", kViewAll };
 // The log writer reads its folder here; the System page writes config::kDefaultDir.
 inline constexpr TextKey kDefaultDir { kLog, "DefaultDir", "" };

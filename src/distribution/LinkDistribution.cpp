@@ -75,6 +75,8 @@ void LinkDistribution::startSite(std::size_t index)
     setup.files = files_;
     site.job = TransferJob::create(std::move(setup), services_, site, threads_);
     site.started = std::chrono::steady_clock::now();
+    if (jobStarting_)
+        jobStarting_(site.job);
     // The end comes on the worker's thread; the count is kept on this one.
     site.job->start([this, index, alive = std::weak_ptr<bool>(alive_)] {
         QMetaObject::invokeMethod(

@@ -15,6 +15,7 @@
 namespace zelto {
 
 class JobOutcomeSink;
+class TransferJob;
 class WorkerThreads;
 struct JobServices;
 
@@ -26,6 +27,9 @@ struct JobServices;
 class LinkDistribution final {
 public:
     using Ended = std::function<void(bool allSent)>;
+    // Called on this thread with each site's job just before it starts: a windowed run opens
+    // the job's transfer window there.
+    using JobStarting = std::function<void(const std::shared_ptr<TransferJob>& job)>;
 
     LinkDistribution(JobServices& services, WorkerThreads& threads, JobOutcomeSink& bookkeeping,
         std::FILE* out, std::chrono::milliseconds interval = ParallelStarter::kInterval);
@@ -37,6 +41,8 @@ public:
     // runs and `ended` is never called. Otherwise `ended` is called from the event loop once the
     // last site has ended, with whether every file reached every site.
     bool start(const QString& name, Ended ended);
+
+    void setJobStarting(JobStarting starting) { jobStarting_ = std::move(starting); }
 
     // The sites whose transfer has not ended yet (PendingLinkSites).
     [[nodiscard]] int pendingSites() const { return pending_; }
@@ -57,6 +63,7 @@ private:
     std::vector<std::unique_ptr<Site>> sites_;
     std::unique_ptr<ParallelStarter> starter_;
     Ended ended_;
+    JobStarting jobStarting_;
     int pending_ = 0;
     // Checked on this thread before a posted end is taken: the run may be gone by then.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

@@ -1,17 +1,418 @@
 #include "CMainFrame.h"
 
+#include "app/BackgroundWork.h"
+#include "app/ProgramInfo.h"
+#include "app/ProgramServices.h"
+#include "app/SettingsStore.h"
+#include "app/ui/AppIcons.h"
+#include "app/ui/FrameMenus.h"
+#include "app/ui/FrameTray.h"
+#include "app/ui/ProfileBar.h"
+#include "log/ui/CLogView.h"
+#include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "profiles/ui/CFileListView.h"
 
-#include <QIcon>
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+
+#include <algorithm>
+#include <iterator>
 
 namespace zelto {
+namespace {
 
-CMainFrame::CMainFrame(QWidget* parent) : QMainWindow(parent)
+using namespace settings;
+
+struct Word {
+    int id;
+    const char* word;
+};
+
+constexpr Word kTransferModes[] = { { cmd::kBinary, ftp::kTransferBinary },
+    { cmd::kAscii, ftp::kTransferText }, { cmd::kAutomatic, ftp::kTransferAutomatic } };
+
+struct LogChoice {
+    int id;
+    LogFilter filter;
+    const char* word;
+};
+
+constexpr LogChoice kLogFilters[] = { { cmd::kViewAll, LogFilter::All, log::kViewAll },
+    { cmd::kViewSuccessful, LogFilter::Successful, log::kViewSuccess },
+    { cmd::kViewUnsuccessful, LogFilter::Unsuccessful, log::kViewUnsuccess } };
+
+const LogChoice& choiceOf(LogFilter filter)
 {
+    return *std::find_if(std::begin(kLogFilters), std::end(kLogFilters),
+        [filter](const LogChoice& choice) { return choice.filter == filter; });
+}
+
+struct Bar {
+    int id;
+    IntKey key;
+};
+
+// In the order in which the frame reads them when it is created.
+constexpr Bar kBars[] = { { cmd::kProfileBar, config::kProfileBar },
+    { cmd::kToolBar, config::kToolBar }, { cmd::kStatusBar, config::kStatusBar } };
+
+void checkById(QActionGroup* group, int id)
+{
+    for (QAction* action : group->actions())
+        action->setChecked(action->data().toInt() == id);
+}
+
+bool hasLocalFile(const QMimeData* data)
+{
+    const QList<QUrl> urls = data->urls();
+    return std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+}
+
+} // namespace
+
+CMainFrame::CMainFrame(ProgramServices& services, BackgroundWork& background, Notifier& notifier,
+    FrameTray& tray, FrameViews views, QWidget* parent)
+    : QMainWindow(parent)
+    , background_(background)
+    , notifier_(notifier)
+    , tray_(tray)
+    , views_(std::move(views))
+    , screens_(std::make_unique<FrameScreens>(views_, this))
+    , menus_(std::make_unique<FrameMenus>(*this, views_.multiplePutActions))
+{
+    setObjectName(QStringLiteral("mainFrame"));
     setWindowTitle(StringTable::text(ids::kAppTitle));
-    setWindowIcon(QIcon(QStringLiteral(":/zelto.svg")));
-    resize(800, 600);
+    setWindowIcon(AppIcons::application());
+    setAcceptDrops(true);
+    setCentralWidget(screens_->widget());
+    buildBars();
+    connectCommands();
+    // The log view's own choice, or the log writer's reading of the same setting.
+    restoreState(views_.log ? views_.log->filter() : services.log().filter());
+    restoreGeometry();
+    tray_.attach(menus_->trayMenu(), this);
+    connect(&tray_, &FrameTray::toggleWindowRequested, this, &CMainFrame::toggleWindow);
+    tray_.show();
+}
+
+CMainFrame::~CMainFrame() = default;
+
+QAction* CMainFrame::command(int id) const
+{
+    return menus_->command(id);
+}
+
+ProfileEvents& CMainFrame::profileEvents() const
+{
+    return *profileBar_;
+}
+
+void CMainFrame::buildBars()
+{
+    toolBar_ = new QToolBar(tr("Toolbar"), this);
+    toolBar_->setObjectName(QStringLiteral("toolBar"));
+    menus_->fillToolBar(*toolBar_);
+    addToolBar(toolBar_);
+    addToolBarBreak();
+    profileBar_ = new ProfileBar(this);
+    addToolBar(profileBar_);
+
+    schedulerState_ = new QLabel;
+    schedulerState_->setToolTip(StringTable::text(ids::kPromptScheduler));
+    statusBar()->addPermanentWidget(schedulerState_);
+}
+
+void CMainFrame::connectCommands()
+{
+    connect(menus_->screens(), &QActionGroup::triggered, this,
+        [this](QAction* action) { chooseScreen(Screen(action->data().toInt())); });
+    connect(menus_->transferModes(), &QActionGroup::triggered, this,
+        [this](QAction* action) { setTransferMode(action->data().toInt()); });
+    connect(menus_->logFilters(), &QActionGroup::triggered, this,
+        [this](QAction* action) { setLogFilter(action->data().toInt()); });
+    for (QAction* bar : menus_->barSwitches()) {
+        connect(bar, &QAction::triggered, this,
+            [this, bar](bool shown) { showBar(bar->data().toInt(), shown); });
+    }
+    connect(command(cmd::kScheduler), &QAction::triggered, this, &CMainFrame::switchScheduler);
+    connect(command(cmd::kTrayScheduler), &QAction::triggered, this, &CMainFrame::switchScheduler);
+    connect(command(cmd::kToggleWindow), &QAction::triggered, this, &CMainFrame::toggleWindow);
+    connect(command(cmd::kExit), &QAction::triggered, this, &QWidget::close);
+    connect(command(cmd::kCloseZelto), &QAction::triggered, this, &QWidget::close);
+    connect(command(cmd::kAbout), &QAction::triggered, this, &CMainFrame::showAbout);
+
+    QAction* statistics = command(cmd::kTransferStatistics);
+    statistics->setEnabled(bool(views_.showStatistics));
+    if (views_.showStatistics)
+        connect(statistics, &QAction::triggered, this, [this] { views_.showStatistics(this); });
+
+    CLogView* log = views_.log;
+    const std::pair<int, void (CLogView::*)()> logCommands[]
+        = { { cmd::kOpenLog, &CLogView::openLog }, { cmd::kSaveLog, &CLogView::saveLog },
+              { cmd::kClearLog, &CLogView::clearLog }, { cmd::kPrintLog, &CLogView::print },
+              { cmd::kPrintPreview, &CLogView::printPreview },
+              { cmd::kPrintSetup, &CLogView::pageSetup } };
+    for (const auto& [id, slot] : logCommands) {
+        command(id)->setEnabled(log != nullptr);
+        if (log)
+            connect(command(id), &QAction::triggered, log, slot);
+    }
+    if (log) {
+        // The view may change its filter itself; the marks follow it.
+        connect(log, &CLogView::filterChanged, this, [this](LogFilter filter) {
+            logFilter_ = choiceOf(filter).id;
+            checkById(menus_->logFilters(), logFilter_);
+        });
+    }
+}
+
+void CMainFrame::restoreState(LogFilter logFilter)
+{
+    const Screen screen = FrameScreens::fromWord(SettingsStore::get(config::kStartScreen));
+    screens_->show(screen);
+    checkById(menus_->screens(), int(screen));
+    menus_->showMultiplePut(screen == Screen::MultiplePut);
+    optionsChanged();
+
+    // An empty or unknown word leaves the choice to each file's extension, as Automatic does.
+    const QString mode = SettingsStore::get(ftp::kTransferTypeAtFrameStart);
+    int modeId = cmd::kAutomatic;
+    for (const Word& word : kTransferModes) {
+        if (mode == QLatin1StringView(word.word))
+            modeId = word.id;
+    }
+    checkById(menus_->transferModes(), modeId);
+
+    logFilter_ = choiceOf(logFilter).id;
+    checkById(menus_->logFilters(), logFilter_);
+
+    // The bars are there from the start; those whose key is 0 (or absent) are hidden.
+    for (const Bar& bar : kBars) {
+        const bool shown = SettingsStore::get(bar.key) != 0;
+        command(bar.id)->setChecked(shown);
+        barOf(bar.id)->setVisible(shown);
+    }
+    showSchedulerState(Scheduler::onInSettings());
+}
+
+void CMainFrame::showAtStart()
+{
+    if (SettingsStore::get(config::kWinState) != QLatin1StringView(config::kWinStateIconic)) {
+        show();
+        return;
+    }
+    // Minimised and hidden: the tray icon brings it back. Without a tray it stays on the task bar.
+    if (tray_.present())
+        setWindowState(Qt::WindowMinimized);
+    else
+        showMinimized();
+}
+
+void CMainFrame::chooseScreen(Screen screen)
+{
+    checkById(menus_->screens(), int(screen));
+    if (screen == screens_->current())
+        return;
+    screens_->show(screen);
+    menus_->showMultiplePut(screen == Screen::MultiplePut);
+    SettingsStore::set(config::kStartScreen, FrameScreens::wordOf(screen));
+    setWindowTitle(StringTable::text(ids::kAppTitle));
+}
+
+void CMainFrame::optionsChanged()
+{
+    const bool stacked
+        = SettingsStore::get(config::kScreenSplit) == QLatin1StringView(config::kSplitVertical);
+    screens_->setSplit(stacked ? Qt::Vertical : Qt::Horizontal);
+}
+
+void CMainFrame::setTransferMode(int id)
+{
+    for (const Word& word : kTransferModes) {
+        if (word.id == id)
+            SettingsStore::set(ftp::kTransferType, QLatin1StringView(word.word));
+    }
+}
+
+void CMainFrame::setLogFilter(int id)
+{
+    if (id == logFilter_)
+        return;
+    logFilter_ = id;
+    for (const LogChoice& choice : kLogFilters) {
+        if (choice.id != id)
+            continue;
+        // The log view keeps the word too; without it the choice waits in the settings.
+        SettingsStore::set(log::kView, QLatin1StringView(choice.word));
+        if (views_.log)
+            views_.log->setFilter(choice.filter);
+    }
+}
+
+void CMainFrame::showBar(int id, bool shown)
+{
+    for (const Bar& bar : kBars) {
+        if (bar.id == id)
+            SettingsStore::set(bar.key, shown ? 1 : 0);
+    }
+    barOf(id)->setVisible(shown);
+}
+
+QWidget* CMainFrame::barOf(int id)
+{
+    if (id == cmd::kToolBar)
+        return toolBar_;
+    if (id == cmd::kProfileBar)
+        return profileBar_;
+    return statusBar();
+}
+
+void CMainFrame::switchScheduler()
+{
+    Scheduler& scheduler = background_.scheduler();
+    const bool on = scheduler.isOn();
+    const Question question { QApplication::applicationName(),
+        StringTable::text(on ? ids::kStopScheduler : ids::kStartScheduler), ids::kButtonOk,
+        ids::kButtonAll, false, ids::kButtonCancel };
+    if (notifier_.ask(question) == Answer::Accepted) {
+        scheduler.setScheduler(!on);
+        SettingsStore::set(config::kScheduler, QLatin1StringView(on ? kNo : kYes));
+    }
+    // A checkable item checks itself when chosen; the marks show the scheduler as it is.
+    showSchedulerState(scheduler.isOn());
+}
+
+void CMainFrame::showSchedulerState(bool on)
+{
+    command(cmd::kScheduler)->setChecked(on);
+    command(cmd::kTrayScheduler)->setChecked(on);
+    schedulerState_->setText(
+        tr("Scheduler: %1").arg(StringTable::text(on ? ids::kStateOn : ids::kStateOff)));
+}
+
+void CMainFrame::toggleWindow()
+{
+    if (isVisible() && !isMinimized()) {
+        setWindowState(windowState() | Qt::WindowMinimized);
+        hide();
+        SettingsStore::set(config::kWinState, QLatin1StringView(config::kWinStateIconic));
+        return;
+    }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+    SettingsStore::set(config::kWinState, QLatin1StringView(config::kWinStateRestored));
+}
+
+void CMainFrame::restoreGeometry()
+{
+    using namespace geometry;
+    const QString section = QLatin1StringView(kMainFrame);
+    const auto read = [&](const char* key, int fallback) {
+        return SettingsStore::getInt(section, QLatin1StringView(key), fallback);
+    };
+    resize(read(kWidth, kSizeFallback), read(kHeight, kSizeFallback));
+    const QPoint place(read(kX, kPlaceFallback), read(kY, kPlaceFallback));
+    // A place on a screen that is gone would leave the window where nobody sees it.
+    if (QGuiApplication::screenAt(place))
+        move(place);
+}
+
+void CMainFrame::saveGeometry() const
+{
+    // A minimised or maximised window's size is not the one to come back to.
+    if (!isVisible()
+        || (windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)))
+        return;
+    using namespace geometry;
+    const QString section = QLatin1StringView(kMainFrame);
+    SettingsStore::writeInt(section, QLatin1StringView(kWidth), width());
+    SettingsStore::writeInt(section, QLatin1StringView(kHeight), height());
+    SettingsStore::writeInt(section, QLatin1StringView(kX), x());
+    SettingsStore::writeInt(section, QLatin1StringView(kY), y());
+}
+
+void CMainFrame::moveEvent(QMoveEvent* event)
+{
+    QMainWindow::moveEvent(event);
+    saveGeometry();
+}
+
+void CMainFrame::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    saveGeometry();
+}
+
+void CMainFrame::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || !isMinimized())
+        return;
+    if (!tray_.present() || !isEnabled() || !isVisible())
+        return;
+    SettingsStore::set(config::kWinState, QLatin1StringView(config::kWinStateIconic));
+    // Hidden once the minimising is over; a window restored meanwhile stays.
+    QTimer::singleShot(0, this, [this] {
+        if (isMinimized())
+            hide();
+    });
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event)
+{
+    screens_->saveSizes();
+    tray_.remove();
+    event->accept();
+    Q_EMIT closed();
+}
+
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (hasLocalFile(event->mimeData()))
+        event->acceptProposedAction();
+}
+
+void CMainFrame::dropEvent(QDropEvent* event)
+{
+    if (takeFiles(*event->mimeData()))
+        event->acceptProposedAction();
+}
+
+bool CMainFrame::takeFiles(const QMimeData& files)
+{
+    if (screens_->current() != Screen::MultiplePut) {
+        notifier_.showMessage(StringTable::text(ids::kMainScreenRefusesData), MessageIcon::Stop);
+        return false;
+    }
+    return views_.fileList && views_.fileList->addDropped(files);
+}
+
+QMenu* CMainFrame::createPopupMenu()
+{
+    // A right click on the bars offers the View menu's switches, which keep the settings.
+    auto* menu = new QMenu(this);
+    menu->addActions(menus_->barSwitches());
+    return menu;
+}
+
+void CMainFrame::showAbout()
+{
+    QMessageBox::about(this, tr("About Zelto"),
+        tr("<b>%1</b><p>An FTP client for distributing files to many sites.</p>")
+            .arg(ProgramInfo::versionLine()));
 }
 
 } // namespace zelto

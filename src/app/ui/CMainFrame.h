@@ -1,14 +1,100 @@
 #pragma once
 
+#include "app/ui/FrameScreens.h"
+#include "app/ui/FrameViews.h"
+#include "log/LogRecord.h"
+
 #include <QMainWindow>
+
+#include <memory>
+
+class QLabel;
+class QMimeData;
 
 namespace zelto {
 
-// The main window of an interactive run.
+class BackgroundWork;
+class FrameMenus;
+class FrameTray;
+class Notifier;
+class ProfileBar;
+class ProfileEvents;
+class ProgramServices;
+
+// The main window of an interactive run: the three screens with their panes, the menus, the tool
+// bar, profile bar and status bar, and the tray icon's menu. Its place and size, the sizes of its
+// panes, the screen shown, the bars shown, the transfer mode, the log filter and the scheduler's
+// switch live in the settings and are written when they change (the panes' sizes at close).
 class CMainFrame final : public QMainWindow {
     Q_OBJECT
 public:
-    explicit CMainFrame(QWidget* parent = nullptr);
+    // `tray` outlives the frame (the transfer work reports to it); `views` become the frame's.
+    CMainFrame(ProgramServices& services, BackgroundWork& background, Notifier& notifier,
+        FrameTray& tray, FrameViews views = {}, QWidget* parent = nullptr);
+    ~CMainFrame() override;
+    CMainFrame(const CMainFrame&) = delete;
+    CMainFrame& operator=(const CMainFrame&) = delete;
+
+    // The action of a command id (cmd::...), for wiring the commands of later work.
+    [[nodiscard]] QAction* command(int id) const;
+    [[nodiscard]] Screen currentScreen() const { return screens_->current(); }
+    // What the profile, file-list and link operations tell, so that the profile bar follows.
+    [[nodiscard]] ProfileEvents& profileEvents() const;
+    [[nodiscard]] ProfileBar& profileBar() const { return *profileBar_; }
+
+    // Local files dropped on the frame, or sent by another window, join the file list of the
+    // Multiple FTP Put screen; any other screen refuses them with a message. False when refused.
+    bool takeFiles(const QMimeData& files);
+
+    // Shows the window as WinState says: "ICONIC" starts minimised, in the tray only where there
+    // is one.
+    void showAtStart();
+
+public Q_SLOTS:
+    void chooseScreen(Screen screen);
+    // Minimises and hides the window, or shows it again; WinState follows.
+    void toggleWindow();
+    // Asks whether to start (or stop) the scheduler and switches it on an OK.
+    void switchScheduler();
+    // The Options dialog calls this when it is confirmed: the screens follow ScreenSplit.
+    void optionsChanged();
+
+Q_SIGNALS:
+    // The frame was closed: the program ends.
+    void closed();
+
+protected:
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    QMenu* createPopupMenu() override;
+
+private:
+    void buildBars();
+    void connectCommands();
+    void restoreState(LogFilter logFilter);
+    void restoreGeometry();
+    void saveGeometry() const;
+    void setTransferMode(int id);
+    void setLogFilter(int id);
+    void showBar(int id, bool shown);
+    [[nodiscard]] QWidget* barOf(int id);
+    void showSchedulerState(bool on);
+    void showAbout();
+
+    BackgroundWork& background_;
+    Notifier& notifier_;
+    FrameTray& tray_;
+    FrameViews views_;
+    std::unique_ptr<FrameScreens> screens_;
+    std::unique_ptr<FrameMenus> menus_;
+    QToolBar* toolBar_ = nullptr;
+    ProfileBar* profileBar_ = nullptr;
+    QLabel* schedulerState_ = nullptr;
+    int logFilter_ = 0;
 };
 
 } // namespace zelto

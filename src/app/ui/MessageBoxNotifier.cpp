@@ -71,6 +71,19 @@ Answer MessageBoxNotifier::ask(const Question& question)
     return answer;
 }
 
+bool MessageBoxNotifier::askYesNo(const QString& text)
+{
+    bool yes = false;
+    onUiThread([&] {
+        QMessageBox box(QMessageBox::Question, QCoreApplication::applicationName(), text,
+            QMessageBox::Yes | QMessageBox::No, QApplication::activeWindow());
+        box.setWindowModality(Qt::ApplicationModal);
+        box.setDefaultButton(QMessageBox::Yes);
+        yes = box.exec() == QMessageBox::Yes;
+    });
+    return yes;
+}
+
 void MessageBoxNotifier::showMessage(const QString& text, MessageIcon icon)
 {
     if (QThread::currentThread() == qApp->thread()) {

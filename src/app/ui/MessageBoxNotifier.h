@@ -10,6 +10,7 @@ class MessageBoxNotifier final : public Notifier {
 public:
     void showMessage(const QString& text, MessageIcon icon) override;
     Answer ask(const Question& question) override;
+    [[nodiscard]] bool askYesNo(const QString& text) override;
 };
 
 } // namespace zelto

@@ -2,15 +2,63 @@
 
 #include "app/BackgroundWork.h"
 #include "app/ProgramServices.h"
-#include "app/SettingsStore.h"
 #include "app/StartupChecks.h"
 #include "app/ui/CMainFrame.h"
+#include "app/ui/FrameTray.h"
 #include "app/ui/MessageBoxNotifier.h"
+#include "distribution/ui/CFtpView.h"
+#include "distribution/ui/CTransferDlg.h"
+#include "distribution/ui/MultiplePut.h"
+#include "ftp/ui/StatisticsDialog.h"
+#include "log/ui/CLogView.h"
 #include "options/ui/QtSoundPlayer.h"
+#include "profiles/ui/CFileListView.h"
 
 #include <QApplication>
+#include <QDateTime>
+#include <QPointer>
+#include <QTimer>
+#include <QWindow>
+
+#include <cstdio>
 
 namespace zelto {
+namespace {
+
+// For the start-up benchmark, not a user's option: with ZELTO_EXIT_AFTER_SHOW set, the program
+// prints the moment (milliseconds since the epoch) at which the main window is first on the
+// screen, and ends.
+class FirstShowReport final : public QObject {
+public:
+    static void watch(QWidget& window)
+    {
+        if (qEnvironmentVariableIsEmpty("ZELTO_EXIT_AFTER_SHOW"))
+            return;
+        window.winId(); // makes the native window whose exposure tells
+        window.windowHandle()->installEventFilter(new FirstShowReport(&window));
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed()) {
+            watched->removeEventFilter(this);
+            // After the exposure has been painted.
+            QTimer::singleShot(0, [] {
+                std::printf("zelto: main window shown at %lld ms\n",
+                    static_cast<long long>(QDateTime::currentMSecsSinceEpoch()));
+                std::fflush(stdout);
+                QCoreApplication::quit();
+            });
+        }
+        return false;
+    }
+
+private:
+    using QObject::QObject;
+};
+
+} // namespace
 
 int WindowedRun::run(const StartRequest& request)
 {
@@ -24,17 +72,36 @@ int WindowedRun::run(const StartRequest& request)
     }
 
     StartupChecks::applyQueueStartRule();
+    // The main frame's close ends the program: not the last transfer window that closes while the
+    // frame waits in the tray.
+    QApplication::setQuitOnLastWindowClosed(false);
+    // Made first and gone last: the transfer work reports to the tray until the services end.
+    FrameTray tray;
     QtSoundPlayer player;
-    ProgramServices services(notifier, player);
+    ProgramServices services(notifier, player, tray);
     BackgroundWork background(services);
     background.start();
-    CMainFrame frame;
-    // Without a tray icon to bring it back, an "ICONIC" start shows the window minimised.
-    if (SettingsStore::get(settings::config::kWinState)
-        == QLatin1StringView(settings::config::kWinStateIconic))
-        frame.showMinimized();
-    else
-        frame.show();
+    // The views go into the frame's panes, which keep them for the frame's life.
+    auto* sites = new CFtpView;
+    auto* files = new CFileListView(notifier);
+    MultiplePut multiplePut(*sites, *files, services, background.bookkeeping());
+    FrameViews views;
+    views.log = new CLogView(services.log(), notifier);
+    views.sitesList = sites;
+    views.fileList = files;
+    views.multiplePutActions = multiplePut.actions();
+    views.showStatistics = &StatisticsDialog::showOrRaise;
+    CMainFrame frame(services, background, notifier, tray, std::move(views));
+    // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.
+    background.setLinkJobStarting([&notifier, &frame, previous = QPointer<CTransferDlg>()](
+                                      const std::shared_ptr<TransferJob>& job) mutable {
+        previous = new CTransferDlg(job, notifier, previous.data(), &frame);
+        previous->show();
+    });
+    QObject::connect(
+        &frame, &CMainFrame::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    FirstShowReport::watch(frame);
+    frame.showAtStart();
     return QApplication::exec();
 }
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QList>
+
+#include <functional>
+
+class QAction;
+class QWidget;
+
+namespace zelto {
+
+class CFileListView;
+class CLogView;
+
+// What other windows lend the main frame. The frame re-parents the views into its panes and keeps
+// them for its whole life; a pane whose view is missing shows a muted hint instead, and a command
+// whose handler is missing stays disabled.
+struct FrameViews {
+    // Under the work panes of every screen; the Logs menu and the printing commands act on it.
+    CLogView* log = nullptr;
+    // The two panes of the Multiple FTP Put screen. Files dropped on the frame while that screen
+    // is shown go to the file list.
+    QWidget* sitesList = nullptr;
+    CFileListView* fileList = nullptr;
+    // Commands of the Multiple FTP Put screen (Send Parallel, Send Serial ...): in the FTP menu
+    // and on the tool bar, shown while that screen is.
+    QList<QAction*> multiplePutActions;
+    // Opens the transfer statistics window over the frame ("Transfer Statistics" in the FTP and
+    // tray menus); StatisticsDialog::showOrRaise fits.
+    std::function<void(QWidget* frame)> showStatistics;
+};
+
+} // namespace zelto

@@ -1,0 +1,527 @@
+// The main frame as the user meets it: screens, panes, bars, menus and the tray, and what each of
+// them keeps in the settings.
+
+#include "TempSettings.h"
+#include "TestWait.h"
+#include "app/BackgroundWork.h"
+#include "app/DataFolders.h"
+#include "app/ProgramServices.h"
+#include "app/SettingsStore.h"
+#include "app/ui/CMainFrame.h"
+#include "app/ui/FrameTray.h"
+#include "app/ui/ProfileBar.h"
+#include "log/ui/CLogView.h"
+#include "options/SoundPlayer.h"
+#include "platform/Notifier.h"
+#include "platform/StringTable.h"
+#include "profiles/ui/CFileListView.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QToolBar>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <thread>
+
+namespace zelto::test {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace settings;
+
+// Answers questions from a queue (Cancelled when it is empty) and keeps what it was told.
+class AnsweringNotifier final : public Notifier {
+public:
+    void showMessage(const QString& text, MessageIcon icon) override
+    {
+        messages.emplace_back(text, icon);
+    }
+    Answer ask(const Question& question) override
+    {
+        asked.push_back(question.text);
+        if (answers.empty())
+            return Answer::Cancelled;
+        const Answer answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+
+    std::deque<Answer> answers;
+    QStringList asked;
+    std::vector<std::pair<QString, MessageIcon>> messages;
+};
+
+class SilentPlayer final : public SoundPlayer {
+public:
+    void playFile(const QString&) override { }
+};
+
+// An interactive run's parts around one frame, in settings of its own. Keys written before open()
+// are the ones the frame starts from.
+class FrameRun {
+public:
+    explicit FrameRun(bool systemHasTray = false) : tray(systemHasTray) { }
+
+    CMainFrame& open(FrameViews views = {})
+    {
+        frame = std::make_unique<CMainFrame>(services, background, notifier, tray, views);
+        return *frame;
+    }
+    CMainFrame& shown(FrameViews views = {})
+    {
+        open(std::move(views)).show();
+        EXPECT_TRUE(waitUntil([&] { return frame->isVisible(); }, 5s));
+        return *frame;
+    }
+    [[nodiscard]] QAction* command(int id) const { return frame->command(id); }
+
+    TempSettings settings;
+    AnsweringNotifier notifier;
+    SilentPlayer player;
+    FrameTray tray;
+    ProgramServices services { notifier, player, tray };
+    BackgroundWork background { services };
+    std::unique_ptr<CMainFrame> frame;
+};
+
+QString text(const TextKey& key)
+{
+    return SettingsStore::get(key);
+}
+
+QString stored(const QString& section, const char* key)
+{
+    return SettingsStore::getText(section, QLatin1StringView(key), QStringLiteral("absent"));
+}
+
+QString splitterSection(int number)
+{
+    return QStringLiteral("Dimensions\\Main\\split%1").arg(number);
+}
+
+QSplitter* splitter(const CMainFrame& frame, int number)
+{
+    return frame.findChild<QSplitter*>(QStringLiteral("Main\\split%1").arg(number));
+}
+
+QStringList texts(const QMenu& menu)
+{
+    QStringList result;
+    for (const QAction* action : menu.actions())
+        result << action->text();
+    return result;
+}
+
+TEST(MainFrameTest, StartScreenChoosesTheScreenAndOnlyAChangeIsWritten)
+{
+    const struct {
+        const char* stored;
+        Screen shown;
+    } cases[] = { { "", Screen::MultiplePut }, { "REMOTE_LOCAL", Screen::StandardFtp },
+        { "REMOTE_REMOTE", Screen::RemoteFtp }, { "MULTIPLE_PUT", Screen::MultiplePut },
+        { "SOMETHING", Screen::MultiplePut } };
+    for (const auto& c : cases) {
+        FrameRun run;
+        if (*c.stored)
+            SettingsStore::set(config::kStartScreen, QLatin1StringView(c.stored));
+        run.open();
+        EXPECT_EQ(run.frame->currentScreen(), c.shown) << c.stored;
+        EXPECT_TRUE(run.command(int(c.shown))->isChecked()) << c.stored;
+    }
+
+    FrameRun run;
+    run.open();
+    run.command(cmd::kRemoteFtp)->trigger();
+    EXPECT_EQ(run.frame->currentScreen(), Screen::RemoteFtp);
+    EXPECT_EQ(text(config::kStartScreen), QStringLiteral("REMOTE_REMOTE"));
+    SettingsStore::remove(QLatin1StringView(section::kConfig), QStringLiteral("StartScreen"));
+    run.command(cmd::kRemoteFtp)->trigger();
+    EXPECT_EQ(stored(QStringLiteral("CONFIG"), "StartScreen"), QStringLiteral("absent"));
+    EXPECT_TRUE(run.command(cmd::kRemoteFtp)->isChecked());
+    run.command(cmd::kStandardFtp)->trigger();
+    EXPECT_EQ(text(config::kStartScreen), QStringLiteral("REMOTE_LOCAL"));
+    EXPECT_EQ(run.frame->windowTitle(), StringTable::text(ids::kAppTitle));
+}
+
+TEST(MainFrameTest, SplitterSizesAreSavedAtCloseAndRestored)
+{
+    FrameRun run;
+    SettingsStore::writeInt(QStringLiteral("Dimensions\\Main\\Mainframe"), "Width", 640);
+    SettingsStore::writeInt(QStringLiteral("Dimensions\\Main\\Mainframe"), "Height", 520);
+    SettingsStore::writeInt(splitterSection(2), "Col0", 77); // a screen not shown keeps its own
+    CMainFrame& frame = run.shown();
+    // Nothing stored: 50 each, so the panes share the room equally.
+    for (const int number : { 1, 4 }) {
+        const QList<int> sizes = splitter(frame, number)->sizes();
+        ASSERT_EQ(sizes.size(), 2);
+        EXPECT_LE(std::abs(sizes[0] - sizes[1]), 1) << number;
+    }
+    EXPECT_EQ(splitter(frame, 4)->orientation(), Qt::Horizontal);
+
+    splitter(frame, 1)->setSizes({ 3, 1 });
+    splitter(frame, 4)->setSizes({ 1, 3 });
+    const QList<int> outer = splitter(frame, 1)->sizes();
+    const QList<int> inner = splitter(frame, 4)->sizes();
+    frame.close();
+    const auto key = [](int number, const char* name) {
+        return SettingsStore::getInt(splitterSection(number), name, -1);
+    };
+    EXPECT_EQ(QList<int>({ key(1, "Row0"), key(1, "Row1"), key(1, "NumRows"), key(1, "NumCols") }),
+        QList<int>({ outer[0], outer[1], 2, 1 }));
+    EXPECT_EQ(QList<int>({ key(4, "Col0"), key(4, "Col1"), key(4, "NumRows"), key(4, "NumCols") }),
+        QList<int>({ inner[0], inner[1], 1, 2 }));
+    EXPECT_EQ(key(4, "Row0"), splitter(frame, 4)->height());
+    EXPECT_EQ(key(2, "Col0"), 77);
+    EXPECT_EQ(key(2, "Col1"), -1);
+
+    CMainFrame& again = run.shown();
+    EXPECT_EQ(splitter(again, 1)->sizes(), outer);
+    EXPECT_EQ(splitter(again, 4)->sizes(), inner);
+}
+
+TEST(MainFrameTest, ScreenSplitStacksTheWorkPanes)
+{
+    FrameRun run;
+    SettingsStore::set(config::kScreenSplit, QStringLiteral("VERT"));
+    SettingsStore::writeInt(splitterSection(4), QStringLiteral("Row0"), 100);
+    SettingsStore::writeInt(splitterSection(4), QStringLiteral("Row1"), 300);
+    CMainFrame& frame = run.shown();
+    for (int number = 2; number <= 4; ++number)
+        EXPECT_EQ(splitter(frame, number)->orientation(), Qt::Vertical) << number;
+    const QList<int> sizes = splitter(frame, 4)->sizes();
+    EXPECT_GT(sizes[1], 2 * sizes[0]);
+
+    SettingsStore::set(config::kScreenSplit, QStringLiteral("HORIZ"));
+    frame.optionsChanged();
+    EXPECT_EQ(splitter(frame, 4)->orientation(), Qt::Horizontal);
+}
+
+TEST(MainFrameTest, ViewsStayInTheirPanesAcrossScreens)
+{
+    FrameRun run;
+    auto* sites = new QLabel(QStringLiteral("sites"));
+    auto* send = new QAction(QStringLiteral("Send &Parallel"));
+    FrameViews views;
+    views.sitesList = sites;
+    views.multiplePutActions = { send };
+    CMainFrame& frame = run.shown(views);
+    EXPECT_EQ(sites->parentWidget(), splitter(frame, 4));
+    EXPECT_TRUE(send->isVisible());
+    run.command(cmd::kStandardFtp)->trigger();
+    EXPECT_FALSE(send->isVisible());
+    EXPECT_FALSE(sites->isVisible());
+    run.command(cmd::kMultiplePut)->trigger();
+    EXPECT_TRUE(send->isVisible());
+    EXPECT_EQ(sites->parentWidget(), splitter(frame, 4));
+    EXPECT_TRUE(sites->isVisible());
+    delete send;
+}
+
+TEST(MainFrameTest, BarsFollowTheirKeysAndTheirSwitchesWriteThem)
+{
+    const struct {
+        int id;
+        IntKey key;
+        const char* objectName;
+    } bars[] = { { cmd::kToolBar, config::kToolBar, "toolBar" },
+        { cmd::kProfileBar, config::kProfileBar, "profileBar" },
+        { cmd::kStatusBar, config::kStatusBar, nullptr } };
+    FrameRun run;
+    CMainFrame& frame = run.shown();
+    const auto bar = [&](const char* name) -> QWidget* {
+        return name ? frame.findChild<QWidget*>(QLatin1StringView(name)) : frame.statusBar();
+    };
+    for (const auto& b : bars) {
+        EXPECT_FALSE(bar(b.objectName)->isVisible()) << b.id;
+        EXPECT_FALSE(run.command(b.id)->isChecked()) << b.id;
+        run.command(b.id)->trigger();
+        EXPECT_TRUE(bar(b.objectName)->isVisible()) << b.id;
+        EXPECT_EQ(SettingsStore::get(b.key), 1) << b.id;
+        run.command(b.id)->trigger();
+        EXPECT_FALSE(bar(b.objectName)->isVisible()) << b.id;
+        EXPECT_EQ(SettingsStore::get(b.key), 0) << b.id;
+        SettingsStore::set(b.key, 1);
+    }
+    FrameRun again;
+    SettingsStore::set(config::kToolBar, 1);
+    SettingsStore::set(config::kStatusBar, 1);
+    CMainFrame& next = again.shown();
+    EXPECT_TRUE(next.findChild<QToolBar*>(QStringLiteral("toolBar"))->isVisible());
+    EXPECT_TRUE(next.statusBar()->isVisible());
+    EXPECT_FALSE(next.findChild<QToolBar*>(QStringLiteral("profileBar"))->isVisible());
+}
+
+TEST(MainFrameTest, GeometryIsRestoredAndWrittenOnEveryMoveAndResizeButNotAtClose)
+{
+    FrameRun run;
+    const QString section = QStringLiteral("Dimensions\\Main\\Mainframe");
+    const auto key = [&](const char* name) { return SettingsStore::getInt(section, name, -1); };
+    SettingsStore::writeInt(section, QStringLiteral("Width"), 520);
+    SettingsStore::writeInt(section, QStringLiteral("Height"), 430);
+    SettingsStore::writeInt(section, QStringLiteral("x"), 30);
+    SettingsStore::writeInt(section, QStringLiteral("y"), 40);
+    CMainFrame& frame = run.shown();
+    EXPECT_EQ(frame.size(), QSize(520, 430));
+    EXPECT_EQ(frame.pos(), QPoint(30, 40));
+
+    frame.move(110, 120);
+    EXPECT_TRUE(waitUntil([&] { return key("x") == 110 && key("y") == 120; }, 5s));
+    frame.resize(600, 450);
+    EXPECT_TRUE(waitUntil([&] { return key("Width") == 600 && key("Height") == 450; }, 5s));
+
+    SettingsStore::writeInt(section, QStringLiteral("x"), 999);
+    frame.close();
+    EXPECT_EQ(key("x"), 999);
+}
+
+TEST(MainFrameTest, TrayMenuHoldsItsCommandsInOrderAndOpensTwiceOverAShownWindow)
+{
+    FrameRun run(true);
+    FrameViews views;
+    QList<QWidget*> statisticsShownOver;
+    views.showStatistics = [&](QWidget* frame) { statisticsShownOver << frame; };
+    CMainFrame& frame = run.shown(views);
+    QList<QMenu*> opened;
+    run.tray.setMenuOpener([&](QMenu& menu) { opened << &menu; });
+
+    run.tray.activate(QSystemTrayIcon::Context);
+    ASSERT_EQ(opened.size(), 2);
+    EXPECT_EQ(opened[0], opened[1]);
+    const QMenu& menu = *opened[0];
+    EXPECT_EQ(texts(menu),
+        QStringList({ "Toggle &Window", "&Transfer Statistics", "", "System &Parameters", "",
+            "&Configure Scheduler", "&Scheduler", "", "Close &Zelto" }));
+    QList<int> ids;
+    QList<bool> enabled;
+    for (const QAction* action : menu.actions()) {
+        if (!action->isSeparator()) {
+            ids << action->data().toInt();
+            enabled << action->isEnabled();
+        }
+    }
+    EXPECT_EQ(ids, QList<int>({ 1264, 1239, 1268, 1266, 1265, 1267 }));
+    EXPECT_EQ(enabled, QList<bool>({ true, true, false, false, true, true }));
+    menu.actions()[1]->trigger();
+    EXPECT_EQ(statisticsShownOver, QList<QWidget*>({ &frame }));
+
+    // Hidden in the tray, the menu opens once; the left button waits for a double click first.
+    frame.toggleWindow();
+    opened.clear();
+    run.tray.activate(QSystemTrayIcon::Trigger);
+    EXPECT_TRUE(waitUntil([&] { return !opened.isEmpty(); }, 5s));
+    EXPECT_EQ(opened.size(), 1);
+    opened.clear();
+    run.tray.activate(QSystemTrayIcon::Trigger);
+    run.tray.activate(QSystemTrayIcon::DoubleClick);
+    EXPECT_TRUE(frame.isVisible());
+    EXPECT_FALSE(waitUntil([&] { return !opened.isEmpty(); }, 800ms));
+}
+
+TEST(MainFrameTest, TransferStatisticsNeedsItsWindow)
+{
+    FrameRun run;
+    run.open();
+    EXPECT_FALSE(run.command(cmd::kTransferStatistics)->isEnabled());
+}
+
+TEST(MainFrameTest, ToggleAndMinimiseKeepWinStateWhereThereIsATray)
+{
+    for (const bool hasTray : { true, false }) {
+        FrameRun run(hasTray);
+        CMainFrame& frame = run.shown();
+        frame.toggleWindow();
+        EXPECT_FALSE(frame.isVisible());
+        EXPECT_TRUE(frame.isMinimized());
+        EXPECT_EQ(text(config::kWinState), QStringLiteral("ICONIC"));
+        frame.toggleWindow();
+        EXPECT_TRUE(frame.isVisible());
+        EXPECT_FALSE(frame.isMinimized());
+        EXPECT_EQ(text(config::kWinState), QStringLiteral("RESTORED"));
+
+        // Minimising hides the window into the tray; without one it stays on the task bar.
+        SettingsStore::remove(QStringLiteral("CONFIG"), QStringLiteral("WinState"));
+        frame.showMinimized();
+        EXPECT_EQ(waitUntil([&] { return !frame.isVisible(); }, hasTray ? 5s : 300ms), hasTray);
+        EXPECT_EQ(stored(QStringLiteral("CONFIG"), "WinState"),
+            hasTray ? QStringLiteral("ICONIC") : QStringLiteral("absent"));
+
+        FrameRun iconic(hasTray);
+        SettingsStore::set(config::kWinState, QStringLiteral("ICONIC"));
+        iconic.open().showAtStart();
+        EXPECT_EQ(iconic.frame->isVisible(), !hasTray) << hasTray;
+        EXPECT_TRUE(iconic.frame->isMinimized()) << hasTray;
+        iconic.frame->toggleWindow();
+        EXPECT_TRUE(iconic.frame->isVisible());
+        EXPECT_FALSE(iconic.frame->isMinimized());
+    }
+}
+
+TEST(MainFrameTest, SchedulerSwitchesOnlyOnOk)
+{
+    FrameRun run;
+    run.open();
+    QLabel* indicator = run.frame->statusBar()->findChild<QLabel*>();
+    ASSERT_NE(indicator, nullptr);
+    EXPECT_TRUE(indicator->text().endsWith(StringTable::text(ids::kStateOff)));
+
+    const struct {
+        int command;
+        Answer answer;
+        int asked;
+        bool on;
+        const char* key;
+    } steps[] = {
+        { cmd::kScheduler, Answer::Cancelled, ids::kStartScheduler, false, "absent" },
+        { cmd::kScheduler, Answer::Accepted, ids::kStartScheduler, true, "YES" },
+        { cmd::kTrayScheduler, Answer::Cancelled, ids::kStopScheduler, true, "YES" },
+        { cmd::kTrayScheduler, Answer::Accepted, ids::kStopScheduler, false, "NO" },
+    };
+    for (const auto& step : steps) {
+        run.notifier.answers = { step.answer };
+        run.command(step.command)->trigger();
+        ASSERT_FALSE(run.notifier.asked.isEmpty());
+        EXPECT_EQ(run.notifier.asked.takeLast(), StringTable::text(step.asked));
+        EXPECT_EQ(run.background.scheduler().isOn(), step.on) << step.key;
+        EXPECT_EQ(run.command(cmd::kScheduler)->isChecked(), step.on) << step.key;
+        EXPECT_EQ(run.command(cmd::kTrayScheduler)->isChecked(), step.on) << step.key;
+        EXPECT_TRUE(indicator->text().endsWith(
+            StringTable::text(step.on ? ids::kStateOn : ids::kStateOff)));
+        EXPECT_EQ(stored(QStringLiteral("CONFIG"), "Scheduler"), QLatin1StringView(step.key));
+    }
+
+    FrameRun on;
+    SettingsStore::set(config::kScheduler, QStringLiteral("YES"));
+    on.open();
+    EXPECT_TRUE(on.command(cmd::kScheduler)->isChecked());
+    EXPECT_TRUE(on.command(cmd::kTrayScheduler)->isChecked());
+}
+
+TEST(MainFrameTest, TransferModeAndLogFilterWriteTheirWords)
+{
+    FrameRun run;
+    SettingsStore::set(ftp::kTransferType, QStringLiteral("TEXT"));
+    SettingsStore::set(log::kView, QStringLiteral("UNSUCCESS"));
+    run.services.log().reloadSettings();
+    auto* logView = new CLogView(run.services.log(), run.notifier);
+    FrameViews views;
+    views.log = logView;
+    run.open(views);
+    EXPECT_TRUE(run.command(cmd::kAscii)->isChecked());
+    EXPECT_TRUE(run.command(cmd::kViewUnsuccessful)->isChecked());
+
+    const struct {
+        int id;
+        TextKey key;
+        const char* word;
+    } choices[] = {
+        { cmd::kBinary, ftp::kTransferType, "BINARY" },
+        { cmd::kAutomatic, ftp::kTransferType, "AUTOMATIC" },
+        { cmd::kAscii, ftp::kTransferType, "TEXT" },
+        { cmd::kViewAll, log::kView, "ALL" },
+        { cmd::kViewSuccessful, log::kView, "SUCCESS" },
+        { cmd::kViewUnsuccessful, log::kView, "UNSUCCESS" },
+    };
+    for (const auto& choice : choices) {
+        run.command(choice.id)->trigger();
+        EXPECT_EQ(text(choice.key), QLatin1StringView(choice.word)) << choice.id;
+        EXPECT_TRUE(run.command(choice.id)->isChecked()) << choice.id;
+    }
+    EXPECT_EQ(logView->filter(), LogFilter::Unsuccessful);
+    run.command(cmd::kViewSuccessful)->trigger();
+    EXPECT_EQ(logView->filter(), LogFilter::Successful);
+
+    // The filter already in force is not chosen again.
+    SettingsStore::remove(QStringLiteral("LOG"), QStringLiteral("View"));
+    run.command(cmd::kViewSuccessful)->trigger();
+    EXPECT_EQ(stored(QStringLiteral("LOG"), "View"), QStringLiteral("absent"));
+}
+
+TEST(MainFrameTest, DroppedFilesGoToTheFileListOnTheMultiplePutScreenOnly)
+{
+    FrameRun run;
+    QTemporaryDir local;
+    const QString file = local.filePath(QStringLiteral("a.txt"));
+    QFile(file).open(QIODevice::WriteOnly);
+    auto* fileList = new CFileListView(run.notifier);
+    FrameViews views;
+    views.fileList = fileList;
+    CMainFrame& frame = run.shown(views);
+    QMimeData dropped;
+    dropped.setUrls({ QUrl::fromLocalFile(file) });
+
+    run.command(cmd::kStandardFtp)->trigger();
+    EXPECT_FALSE(frame.takeFiles(dropped));
+    ASSERT_EQ(run.notifier.messages.size(), 1u);
+    EXPECT_EQ(run.notifier.messages[0].first, StringTable::text(ids::kMainScreenRefusesData));
+    EXPECT_EQ(run.notifier.messages[0].second, MessageIcon::Stop);
+    EXPECT_TRUE(fileList->entries().empty());
+
+    run.command(cmd::kMultiplePut)->trigger();
+    EXPECT_TRUE(frame.takeFiles(dropped));
+    EXPECT_TRUE(waitUntil([&] { return fileList->entries().size() == 1; }, 5s));
+    EXPECT_EQ(run.notifier.messages.size(), 1u);
+}
+
+TEST(MainFrameTest, ProfileBarListsSitesFileListsAndLinks)
+{
+    FrameRun run;
+    const auto touch = [](const QString& path) {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile(path).open(QIODevice::WriteOnly);
+    };
+    touch(DataFolders::profiles() + QStringLiteral("/alpha.ini"));
+    touch(DataFolders::profiles() + QStringLiteral("/europe/beta.ini"));
+    touch(DataFolders::files() + QStringLiteral("/website/flist.ini"));
+    touch(DataFolders::links() + QStringLiteral("/nightly.ini"));
+    run.open();
+    const ProfileBar& bar = run.frame->profileBar();
+    const auto items = [](const QComboBox* list) {
+        QStringList result;
+        for (int i = 0; i < list->count(); ++i)
+            result << list->itemText(i);
+        return result;
+    };
+    EXPECT_EQ(items(bar.sites()), QStringList({ "alpha", "europe/beta" }));
+    EXPECT_EQ(items(bar.fileLists()), QStringList({ "website" }));
+    EXPECT_EQ(items(bar.links()), QStringList({ "nightly" }));
+
+    bar.sites()->setCurrentIndex(1);
+    touch(DataFolders::profiles() + QStringLiteral("/aardvark.ini"));
+    run.frame->profileEvents().profilesChanged();
+    EXPECT_EQ(items(bar.sites()), QStringList({ "aardvark", "alpha", "europe/beta" }));
+    EXPECT_EQ(bar.sites()->currentText(), QStringLiteral("europe/beta"));
+}
+
+TEST(MainFrameTest, TrayStateFromAWorkerReachesTheIcon)
+{
+    FrameRun run(true);
+    std::thread worker([&] { run.tray.setState(TrayState::Sending); });
+    worker.join();
+    EXPECT_TRUE(waitUntil([&] { return run.tray.state() == TrayState::Sending; }, 5s));
+}
+
+TEST(MainFrameTest, CloseSavesThePanesHidesTheTrayAndTellsTheProgram)
+{
+    FrameRun run(true);
+    CMainFrame& frame = run.shown();
+    bool closed = false;
+    QObject::connect(&frame, &CMainFrame::closed, [&] { closed = true; });
+    run.command(cmd::kCloseZelto)->trigger();
+    EXPECT_TRUE(closed);
+    EXPECT_FALSE(frame.isVisible());
+    EXPECT_GT(SettingsStore::getInt(splitterSection(1), QStringLiteral("Row0"), 0), 0);
+    EXPECT_TRUE(run.notifier.asked.isEmpty());
+}
+
+} // namespace
+} // namespace zelto::test

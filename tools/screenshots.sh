@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# Screenshots for the documentation, taken from the real program under a virtual X display with
+# the demo's servers and data (tools/demo_setup.sh). The scheduler sends the link "demo" a few
+# seconds after the start; the two servers that accept the login hold each upload for a moment, so
+# that the transfers can be seen at work.
+#
+#   tools/screenshots.sh [BUILD_DIR] [OUT_DIR]      (defaults: build, docs/screenshots)
+#
+# Writes to OUT_DIR:
+#   main-window.png       the main window on the Multiple FTP Put screen, with its three bars
+#   transfer-windows.png  the whole screen while the link's transfers run
+#   log-view.png          the main window once the transfers have ended: the log of the run
+#
+# Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Settings and data live under
+# BUILD_DIR/demo-home, never in your own.
+set -euo pipefail
+
+ROOT=$(cd "$(dirname "$0")/.." && pwd)
+BUILD=$(cd "${1:-build}" && pwd)
+OUT=$(mkdir -p "${2:-$ROOT/docs/screenshots}" && cd "${2:-$ROOT/docs/screenshots}" && pwd)
+SCREEN_SIZE=1280x800
+# Where the main window stands and how large it is.
+X=20 Y=20 WIDTH=1040 HEIGHT=680
+
+# The virtual display keeps its screen in a file (an X window dump) that is copied for each shot.
+if [ -z "${SCREENSHOTS_FB:-}" ]; then
+  command -v xvfb-run >/dev/null || { echo "xvfb-run is missing (xvfb, xauth)" >&2; exit 2; }
+  FB=$(mktemp -d)
+  trap 'rm -rf "$FB"' EXIT
+  status=0
+  env SCREENSHOTS_FB="$FB" xvfb-run -a -s "-screen 0 ${SCREEN_SIZE}x24 -fbdir $FB" \
+    "$0" "$BUILD" "$OUT" || status=$?
+  exit "$status"
+fi
+
+. "$ROOT/tools/demo_setup.sh"
+demo_setup
+
+# shot NAME [X Y W H]: the screen now, or the part of it given.
+shot() {
+  local name=$1
+  shift
+  cp "$SCREENSHOTS_FB/Xvfb_screen0" "$DEMO/run/screen.xwd"
+  "$PYTHON" "$ROOT/tools/xwd_to_png.py" "$DEMO/run/screen.xwd" "$OUT/$name.png" "$@"
+  echo "   $OUT/$name.png"
+}
+window_shot() { shot "$1" "$X" "$Y" "$WIDTH" "$HEIGHT"; }
+
+for name in alpha beta; do demo_faults "$name" '{"stall": {"STOR": 1.5}}'; done
+
+# The scheduler's first check comes 5 seconds after the start and runs the entries of that minute:
+# start early enough in a minute for the check to fall in it.
+while [ "$(date +%-S)" -gt 45 ]; do sleep 1; done
+AT=$(date -d '+6 seconds' +%H:%M)
+cat >> "$SETTINGS" <<EOT
+
+[CONFIG]
+ToolBar=1
+StatusBar=1
+ProfileBar=1
+StartScreen=MULTIPLE_PUT
+Scheduler=YES
+
+[SCHEDULE]
+NumTimers=1
+Timer0=demo Daily ---- $AT On
+
+[Dimensions%5CMain%5CMainframe]
+Width=$WIDTH
+Height=$HEIGHT
+x=$X
+y=$Y
+EOT
+
+echo "== zelto, the scheduler sending the link \"demo\" at $AT"
+"$ZELTO" > "$DEMO/run/zelto.out" 2>&1 &
+ZELTO_PID=$!
+trap 'kill "$ZELTO_PID" 2>/dev/null || true; wait "$ZELTO_PID" 2>/dev/null || true; stop_servers' EXIT
+
+# uploads_done N: waits (30 s at most) until the servers hold N files.
+uploads_done() {
+  for _ in $(seq 300); do
+    [ "$(find "$DEMO/servers" -type f | wc -l)" -ge "$1" ] && return 0
+    sleep 0.1
+  done
+  return 1
+}
+
+sleep 3
+window_shot main-window
+# One file on each good server: the transfers are under way.
+uploads_done 2 || echo "   the link did not start: no transfer windows to show" >&2
+sleep 0.5
+shot transfer-windows
+uploads_done 8 || echo "   the link did not end in time" >&2
+sleep 2
+window_shot log-view
