@@ -49,6 +49,7 @@ QSettings& readStore()
 {
     struct Kept {
         std::unique_ptr<QSettings> settings;
+        QString file;
         quint64 generation = 0;
         FileStamp stamp;
     };
@@ -56,10 +57,11 @@ QSettings& readStore()
     const quint64 generation = storeGeneration.load(std::memory_order_acquire);
     if (!kept.settings || kept.generation != generation) {
         kept.settings = openStore();
+        kept.file = kept.settings->fileName();
         kept.generation = generation;
         kept.stamp = {};
     }
-    if (FileStamp now = stampOf(kept.settings->fileName()); now != kept.stamp) {
+    if (FileStamp now = stampOf(kept.file); now != kept.stamp) {
         kept.stamp = std::move(now);
         kept.settings->sync();
     }

@@ -1,5 +1,6 @@
 #include "CFtpView.h"
 
+#include "app/ui/ReportList.h"
 #include "distribution/ui/CSiteChooser.h"
 #include "profiles/ProfileStore.h"
 
@@ -11,13 +12,7 @@ namespace zelto {
 CFtpView::CFtpView(QWidget* parent) : QTreeView(parent)
 {
     setModel(&model_);
-    setRootIsDecorated(false);
-    setUniformRowHeights(true);
-    setAllColumnsShowFocus(true);
-    setAlternatingRowColors(true);
-    setSelectionMode(QAbstractItemView::ExtendedSelection);
-    setSelectionBehavior(QAbstractItemView::SelectRows);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setUpReportList(*this);
     header()->setStretchLastSection(false);
     header()->resizeSection(SiteListModel::Server, 180);
     header()->resizeSection(SiteListModel::Login, 110);

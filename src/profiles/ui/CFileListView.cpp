@@ -1,5 +1,6 @@
 #include "CFileListView.h"
 
+#include "app/ui/ReportList.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "profiles/FileListStore.h"
@@ -43,13 +44,7 @@ CFileListView::CFileListView(Notifier& notifier, QWidget* parent)
     : QTreeView(parent), notifier_(notifier)
 {
     setModel(&model_);
-    setRootIsDecorated(false);
-    setUniformRowHeights(true);
-    setAllColumnsShowFocus(true);
-    setAlternatingRowColors(true);
-    setSelectionMode(QAbstractItemView::ExtendedSelection);
-    setSelectionBehavior(QAbstractItemView::SelectRows);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setUpReportList(*this);
     setAcceptDrops(true);
     viewport()->setAcceptDrops(true);
     header()->setStretchLastSection(false);
