@@ -44,7 +44,8 @@ FileStamp stampOf(const QString& file)
 // much for the reads that every file of a job makes. So each thread keeps its own open. A write
 // through any QSettings of this process is seen by the others at once (they share the parsed
 // file); a change made by another process is seen at the next read, which looks at the file's
-// size and time and reloads it when they changed.
+// size and time and reloads it when they changed (and the system-wide files it falls back on
+// with it).
 QSettings& readStore()
 {
     struct Kept {

@@ -31,11 +31,10 @@ namespace {
 
 // How long to wait for libcurl's sockets before the next perform, in milliseconds. The cap keeps
 // a stop request prompt. libcurl 7.88 often returns from a perform (after the reply to EPSV)
-// with no socket and no timer to wait on, and makes the data connection at the next perform:
-// that perform follows at once (any wait, even 1 ms, was lost on most files, and more on a busy
-// machine, where a sleeping thread waits for a core again). Should libcurl still have nothing to
-// wait on, the shortest wait keeps the loop from spinning; `idle` says that the last perform left
-// nothing to wait on.
+// with no socket and no timer to wait on, and makes the data connection at the next perform, so
+// that perform follows at once: even a 1 ms sleep there cost most files a millisecond, more on a
+// busy machine. Only when the perform before left nothing to wait on as well (`idle`) does the
+// shortest wait keep the loop from spinning.
 int pollWait(CURLM* multi, bool& idle)
 {
     constexpr long kCap = 20;
