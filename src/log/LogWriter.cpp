@@ -50,7 +50,6 @@ LogWriter::LogWriter(Notifier& notifier, LogListener* listener) : notifier_(noti
 
 void LogWriter::reloadSettings()
 {
-    QList<LogRecord> earlier;
     {
         // Past the wait the settings are taken anyway, as a write would be.
         const BoundedLock lock(mutex_, kLockWait);
@@ -67,9 +66,21 @@ void LogWriter::reloadSettings()
             path_ = path;
         }
         if (writeToFile_ && pathChanged && firstWriteOfRun_ && isYes(settings::log::kAppendLog))
-            earlier = LogFile::readRecords(path);
+            earlierPending_ = true;
     }
-    replay(earlier);
+    showEarlier();
+}
+
+void LogWriter::showEarlier()
+{
+    {
+        // Read only for someone to show them to: an unattended run has no listener.
+        const std::shared_lock guard(listenersMutex_);
+        if (listeners_.empty())
+            return;
+    }
+    if (earlierPending_.exchange(false) && firstWriteOfRun_)
+        replay(LogFile::readRecords(filePath()));
 }
 
 void LogWriter::replay(const QList<LogRecord>& records)
@@ -140,8 +151,11 @@ void LogWriter::deliver(const LogRecord& record)
 
 void LogWriter::addListener(LogListener* listener)
 {
-    const std::unique_lock guard(listenersMutex_);
-    listeners_.push_back(listener);
+    {
+        const std::unique_lock guard(listenersMutex_);
+        listeners_.push_back(listener);
+    }
+    showEarlier();
 }
 
 void LogWriter::removeListener(LogListener* listener)

@@ -25,8 +25,9 @@ class LogWriter final : public LogSink {
 public:
     static constexpr std::chrono::milliseconds kLockWait { 1500 };
 
-    // `listener`, when given, is there from the start, so it also receives the earlier records of
-    // a log that appends. Tells the user about an unusable log file through `notifier`.
+    // The earlier records of a log that appends are shown to the first listener, whether given
+    // here or added before this run writes its first record. Tells the user about an unusable
+    // log file through `notifier`.
     explicit LogWriter(Notifier& notifier, LogListener* listener = nullptr);
     LogWriter(const LogWriter&) = delete;
     LogWriter& operator=(const LogWriter&) = delete;
@@ -42,7 +43,7 @@ public:
     void replay(const QList<LogRecord>& records);
 
     // A listener is never called again once removeListener has returned. Neither may be called
-    // from inside recordAdded.
+    // from inside recordAdded, nor while the writer's records are being shown again.
     void addListener(LogListener* listener);
     void removeListener(LogListener* listener);
 
@@ -51,6 +52,8 @@ public:
 
 private:
     void deliver(const LogRecord& record);
+    // Shows the earlier records of an appending log, once there is a listener to show them to.
+    void showEarlier();
     // Returns true when the file proved to be no log file and file logging was just switched off.
     [[nodiscard]] bool appendToFile(const LogRecord& record);
 
@@ -64,6 +67,7 @@ private:
     std::atomic<int> timeFormat_ { 0 };
     std::atomic<int> dateFormat_ { 0 };
     std::atomic<bool> firstWriteOfRun_ { true };
+    std::atomic<bool> earlierPending_ { false };
     mutable std::mutex pathMutex_;
     QString path_;
 

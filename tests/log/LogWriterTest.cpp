@@ -15,10 +15,9 @@
 
 #include <gtest/gtest.h>
 
-#include <mutex>
-
 #include <future>
 #include <latch>
+#include <mutex>
 #include <optional>
 #include <sys/stat.h>
 #include <thread>
@@ -215,6 +214,27 @@ TEST(LogWriter, FileHeaderAndAppendRules)
         EXPECT_EQ(run.notifier.messages,
             off ? QStringList { StringTable::text(ids::kBadLogFileFormat) } : QStringList());
         EXPECT_EQ(SettingsStore::get(settings::log::kToFile), off ? "NO" : "YES");
+    }
+}
+
+TEST(LogWriter, EarlierRecordsOfAnAppendingLogReachTheFirstListener)
+{
+    enum class Attach { AtStart, Later, AfterAWrite };
+    for (const auto& [attach, earlierShown] : { std::pair { Attach::AtStart, true },
+             { Attach::Later, true }, { Attach::AfterAWrite, false } }) {
+        LogRun run;
+        putFile(run.path, kOldFile);
+        setText(settings::log::kAppendLog, "YES");
+        LogWriter& writer
+            = attach == Attach::AtStart ? run.start() : run.writer.emplace(run.notifier);
+        if (attach == Attach::AfterAWrite)
+            writer.write(event(kLineA));
+        if (attach != Attach::AtStart)
+            writer.addListener(&run.listener);
+        const bool shown = !run.listener.records.isEmpty()
+            && run.listener.records.front().field1 == QStringLiteral("site");
+        EXPECT_EQ(shown, earlierShown) << int(attach);
+        EXPECT_EQ(contents(run.path).startsWith(kOldFile), true) << "never written again";
     }
 }
 
