@@ -67,6 +67,9 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
     QCoreApplication app(argc, argv);
     TempSettings settings;
     SettingsStore::set(settings::schedule::kResendFail, 1);
+    // Passive: with three sessions on one pyftpdlib server at once, an active-mode data
+    // connection now and then times out (see the known faults of the active mode).
+    SettingsStore::set(settings::ftp::kPassive, "YES");
     FtpServer server;
     QTemporaryDir local;
     const QString folder = local.path();
@@ -111,7 +114,8 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
         folder + QStringLiteral("/scripted.bin"), server.home() + QStringLiteral("/scripted.bin")));
     // The refused site's file waits in the queue; the one sent is not there.
     const auto queued = QueueStore().loadAll();
-    ASSERT_EQ(queued.size(), 1u);
+    ASSERT_EQ(queued.size(), 1u) << queued.back().localName.toStdString() << ": "
+                                 << queued.back().reason.toStdString();
     EXPECT_EQ(queued[0].localName, QStringLiteral("refused.bin"));
     EXPECT_EQ(queued[0].numTimes, 1);
 }
