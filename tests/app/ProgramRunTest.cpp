@@ -15,22 +15,20 @@
 namespace zelto {
 namespace {
 
-// Runs the real program, its settings and data in `home`, with `display` as its only display (none
-// when empty).
-test::ProgramResult runIn(const QString& home, const QStringList& arguments, const QString& display)
+// Runs the real program in this process's settings and data folders (those of its TempSettings),
+// with `display` as its only display (none when empty), from the temporary root.
+test::ProgramResult run(
+    const test::TempSettings& home, const QStringList& arguments, const QString& display = {})
 {
     QProcessEnvironment env;
     if (!display.isEmpty())
         env.insert(QStringLiteral("DISPLAY"), display);
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/config"));
-    env.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/data"));
-    return test::runProgram(QStringLiteral(ZELTO_PROGRAM), arguments, env, home);
+    return test::runProgram(QStringLiteral(ZELTO_PROGRAM), arguments, env, home.root());
 }
 
 TEST(ProgramRun, HeadlessStarts)
 {
-    QTemporaryDir home;
-    const QString h = home.path();
+    const test::TempSettings home;
     const QString linkMissing = StringTable::text(ids::kLinkNotFound);
 
     struct Case {
@@ -45,17 +43,17 @@ TEST(ProgramRun, HeadlessStarts)
         { "version", { "--version" }, 0, QStringLiteral("Zelto 2.05"), {} },
         { "help wins over work", { "-l", "nightly", "--help" }, 0, QStringLiteral("-b FILE.cmd"),
             {} },
-        { "nothing asked", {}, 0, h + QStringLiteral("/config/Pellmoor/Zelto.conf"), {} },
+        { "nothing asked", {}, 0, home.settingsFile(), {} },
         { "missing link", { "-l", "nightly" }, 2, {}, linkMissing },
         // A display that does not answer would abort a windowed start.
         { "headless flag with display", { "--headless", "-l", "nightly" }, 2, {}, linkMissing,
             ":97" },
     };
     for (const Case& c : cases) {
-        const test::ProgramResult run = runIn(h, c.arguments, c.display);
-        EXPECT_EQ(run.exitCode, c.exitCode) << c.what << "\n" << run.err.toStdString();
-        EXPECT_TRUE(run.out.contains(c.inOut)) << c.what << ": " << run.out.toStdString();
-        EXPECT_TRUE(run.err.contains(c.inErr)) << c.what << ": " << run.err.toStdString();
+        const test::ProgramResult result = run(home, c.arguments, c.display);
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.what << "\n" << result.err.toStdString();
+        EXPECT_TRUE(result.out.contains(c.inOut)) << c.what << ": " << result.out.toStdString();
+        EXPECT_TRUE(result.err.contains(c.inErr)) << c.what << ": " << result.err.toStdString();
     }
 }
 
@@ -97,9 +95,9 @@ TEST(ProgramRun, QueueRunEndsWithTheQueue)
     };
     for (const auto& c : cases) {
         server.setFaults(c.faults);
-        const test::ProgramResult run = runIn(home.root(), { QStringLiteral("-q") }, {});
-        EXPECT_EQ(run.exitCode, c.exitCode) << c.what << "\n" << run.err.toStdString();
-        EXPECT_TRUE(run.out.contains(c.inOut)) << c.what << ":\n" << run.out.toStdString();
+        const test::ProgramResult result = run(home, { QStringLiteral("-q") });
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.what << "\n" << result.err.toStdString();
+        EXPECT_TRUE(result.out.contains(c.inOut)) << c.what << ":\n" << result.out.toStdString();
         EXPECT_EQ(store.count(), c.left) << c.what;
     }
     EXPECT_TRUE(test::sameBytes(

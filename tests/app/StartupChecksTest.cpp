@@ -49,20 +49,14 @@ TEST(StartupChecks, EmptyQueueRuleOnlyForChoiceZero)
     for (const int choice : { 0, 1, 2 }) {
         test::TempSettings temp;
         const QString queue = DataFolders::queueFile();
-        const QString section = QStringLiteral("QUEUE");
-        ASSERT_TRUE(PrivateProfile::writeString(
-            queue, section, QStringLiteral("NumQueues"), QStringLiteral("3")));
-        ASSERT_TRUE(PrivateProfile::writeString(
-            queue, QStringLiteral("QUEUE1"), QStringLiteral("LocalFile"), QStringLiteral("a.txt")));
+        ASSERT_TRUE(PrivateProfile::writeString(queue, "QUEUE", "NumQueues", "3"));
+        ASSERT_TRUE(PrivateProfile::writeString(queue, "QUEUE1", "LocalFile", "a.txt"));
         SettingsStore::set(settings::schedule::kStartQueueProg, choice);
 
         StartupChecks::applyQueueStartRule();
 
-        EXPECT_EQ(PrivateProfile::getString(queue, section, QStringLiteral("NumQueues"), {}),
-            choice == 0 ? QStringLiteral("0") : QStringLiteral("3"));
-        EXPECT_EQ(PrivateProfile::getString(
-                      queue, QStringLiteral("QUEUE1"), QStringLiteral("LocalFile"), {}),
-            QStringLiteral("a.txt"));
+        EXPECT_EQ(PrivateProfile::getString(queue, "QUEUE", "NumQueues", {}), choice ? "3" : "0");
+        EXPECT_EQ(PrivateProfile::getString(queue, "QUEUE1", "LocalFile", {}), "a.txt");
     }
 }
 

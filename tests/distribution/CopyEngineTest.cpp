@@ -1,17 +1,20 @@
-// The copy engine and copy jobs between two servers: where the files land, what each file's
-// failure leaves, the logins, and the end of both sessions.
+// Copies between two servers: the copy routine's bounded buffer, the copy engine (where the files
+// land, what each file's failure leaves, the logins) and the end of both sessions of a copy job.
 
 #include "distribution/CopyEngine.h"
 
-#include "EngineFixture.h"
+#include "DistributionFixture.h"
 #include "app/SettingsStore.h"
 #include "distribution/TransferJob.h"
 #include "distribution/WorkerThreads.h"
 #include "ftp/FtpErrors.h"
+#include "ftp/TransferCounters.h"
+#include "ftp/TransferRoutines.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -19,17 +22,6 @@ namespace zelto::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-// The end of a copy job's one site, read once the job is done.
-struct CopyOutcome final : JobOutcomeSink {
-    void siteFinished(const SiteOutcome& outcome) override
-    {
-        targetPort = outcome.target ? outcome.target->port : 0;
-        files = outcome.files;
-    }
-    quint16 targetPort = 0;
-    std::vector<FileEntry> files;
-};
 
 class CopyEngineTest : public EngineFixture {
 protected:
@@ -111,6 +103,43 @@ protected:
     std::unique_ptr<FtpServer> to_;
     WorkerThreads threads_; // stops and waits for its workers before the fixture's services go
 };
+
+TEST_F(CopyEngineTest, CopyFileIsByteExactThroughTheBoundedBuffer)
+{
+    auto source = session();
+    auto target = session();
+    ASSERT_TRUE(source->connectJob(siteOf(*server_)).ok());
+    ASSERT_TRUE(target->connectJob(siteOf(*to_)).ok());
+    const struct {
+        qint64 size;
+        int readBuffer;
+        int writeBuffer;
+    } cases[] = {
+        { 0, 4096, 4096 }, // an empty source still makes an empty target
+        { 1, 4096, 4096 },
+        { 9'000'011, 4096, 1000 }, // more than the buffer between the two transfers
+        { 3'000'017, 1000, 4096 },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.size);
+        SettingsStore::set(settings::ftp::kReadBuffer, c.readBuffer);
+        SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
+        const auto name = QStringLiteral("c%1.bin").arg(c.size);
+        ASSERT_TRUE(makeFile(home() + u'/' + name, c.size, quint64(c.size)));
+        const auto before = TransferCounters::instance().snapshot();
+        const auto result = copyFile(*source, *target, name, name, false, c.size, {});
+        ASSERT_TRUE(result.ok()) << result.text().toStdString();
+        const auto stored = to_->home() + u'/' + name;
+        EXPECT_TRUE(waitUntil([&] { return QFileInfo(stored).size() == c.size; }, 5s));
+        EXPECT_TRUE(sameBytes(home() + u'/' + name, stored));
+        const auto after = TransferCounters::instance().snapshot();
+        EXPECT_EQ(after.filesTransferred - before.filesTransferred, 1);
+        EXPECT_EQ(after.remoteBytesRead - before.remoteBytesRead, c.size);
+        EXPECT_EQ(after.remoteBytesWritten - before.remoteBytesWritten, c.size);
+    }
+    EXPECT_EQ(server_->commandCount("USER"), 1);
+    EXPECT_EQ(to_->commandCount("USER"), 1);
+}
 
 TEST_F(CopyEngineTest, CopiesByteExactIntoEachPlacementBetweenTwoServers)
 {
@@ -196,9 +225,9 @@ TEST_F(CopyEngineTest, ACopyJobEndsBothSessionsWhetherItRanOrWasCancelled)
         setup.sites = { siteOf(*server_) };
         setup.target = siteOf(*to_);
         setup.files = { sourceFile(home(), "/j", name, 70'000) };
-        CopyOutcome outcome;
+        RecordingOutcomes outcomes;
         const auto job
-            = TransferJob::create(std::move(setup), recorder_.services, outcome, threads_);
+            = TransferJob::create(std::move(setup), recorder_.services, outcomes, threads_);
         job->start();
         if (cancel) {
             ASSERT_TRUE(
@@ -208,9 +237,10 @@ TEST_F(CopyEngineTest, ACopyJobEndsBothSessionsWhetherItRanOrWasCancelled)
         }
         ASSERT_TRUE(waitUntil([&] { return job->done(); }, 20s));
 
-        EXPECT_EQ(outcome.targetPort, to_->port());
-        ASSERT_EQ(outcome.files.size(), 1u);
-        const int result = outcome.files[0].result;
+        const auto ended = outcomes.of(siteOf(*server_).port);
+        EXPECT_EQ(ended.targetPort, to_->port());
+        ASSERT_EQ(ended.files.size(), 1u);
+        const int result = ended.files[0].result;
         if (cancel) // whichever end was still moving was stopped, not left to time out
             EXPECT_TRUE(result == ids::kPutCanceled || result == ids::kGetCanceled) << result;
         else

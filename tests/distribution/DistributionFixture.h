@@ -1,7 +1,8 @@
 #pragma once
 
-// What the tests of the transfer jobs and the link run share: three fixture servers, a local
-// tree of nested folders to send, a recording outcome sink, and the remote trees compared.
+// What the engine, job and window tests share: a recording outcome sink, one fixture server for
+// the engines or three for the jobs with a local tree of nested folders to send, and ways to look
+// at the results on both sides.
 
 #include "FtpTestKit.h"
 #include "TestFiles.h"
@@ -9,6 +10,8 @@
 #include "distribution/FileEntry.h"
 #include "distribution/FileSet.h"
 #include "distribution/JobOutcomeSink.h"
+#include "ftp/CTransferSession.h"
+#include "ftp/JobProgress.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -19,6 +22,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -30,13 +34,15 @@ class RecordingOutcomes final : public JobOutcomeSink {
 public:
     struct Site {
         JobSite site;
+        quint16 targetPort = 0; // a copy's destination
         std::vector<FileEntry> files;
     };
 
     void siteFinished(const SiteOutcome& outcome) override
     {
         const std::lock_guard lock(mutex_);
-        sites_.push_back({ outcome.site, outcome.files });
+        sites_.push_back(
+            { outcome.site, outcome.target ? outcome.target->port : quint16(0), outcome.files });
     }
 
     [[nodiscard]] std::vector<Site> sites() const
@@ -84,16 +90,98 @@ inline QMap<QString, QByteArray> treeOf(const QString& root)
     QMap<QString, QByteArray> tree;
     QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (it.hasNext()) {
-        const QString path = it.next();
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        tree.insert(QDir(root).relativeFilePath(path),
-            QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1));
+        QFile file(it.next());
+        if (file.open(QIODevice::ReadOnly))
+            tree.insert(QDir(root).relativeFilePath(file.fileName()),
+                QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1));
     }
     return tree;
 }
 
+// The results of the files, in their order.
+inline std::vector<int> resultsOf(const std::vector<FileEntry>& files)
+{
+    std::vector<int> results;
+    for (const auto& entry : files)
+        results.push_back(entry.result);
+    return results;
+}
+
+// One pyftpdlib server with quick time-outs for the engines, and a local folder.
+class EngineFixture : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        SKIP_WITHOUT(FtpServer);
+        useQuickTimeouts(2);
+        useDirectAccess();
+        server_ = std::make_unique<FtpServer>();
+    }
+
+    [[nodiscard]] std::unique_ptr<CTransferSession> session()
+    {
+        return std::make_unique<CTransferSession>(recorder_.services, &progress_);
+    }
+
+    [[nodiscard]] QString home() const { return server_->home(); }
+    [[nodiscard]] QString local(const QString& path = {}) const
+    {
+        return path.isEmpty() ? local_.path() : local_.filePath(path);
+    }
+
+    // A local file of `size` bytes under the local folder, as a file entry to send.
+    [[nodiscard]] FileEntry localFile(const QString& folder, const QString& name, qint64 size)
+    {
+        EXPECT_TRUE(makeFile(local(folder + u'/' + name), size, ++seed_));
+        FileEntry entry;
+        entry.localFolder = local(folder);
+        entry.localName = entry.remoteName = name;
+        entry.size = size;
+        return entry;
+    }
+
+    [[nodiscard]] static QStringList filesUnder(const QString& root) { return treeOf(root).keys(); }
+    [[nodiscard]] static QStringList foldersUnder(const QString& root)
+    {
+        QStringList folders;
+        QDirIterator it(root, QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+        while (it.hasNext())
+            folders.append(QDir(root).relativeFilePath(it.next()));
+        folders.sort();
+        return folders;
+    }
+
+    // The second field of each record with `id`, in order.
+    [[nodiscard]] QStringList logged(int id) const
+    {
+        QStringList fields;
+        for (const auto& event : recorder_.events())
+            if (event.messageId == id)
+                fields.append(event.field2);
+        return fields;
+    }
+
+    // How often each command reached the server since the last call.
+    [[nodiscard]] std::map<QString, int> newCommands()
+    {
+        const auto log = server_->commandLog();
+        std::map<QString, int> counts;
+        for (size_t i = seen_; i < log.size(); ++i)
+            ++counts[log[i].command];
+        seen_ = log.size();
+        return counts;
+    }
+
+    TempSettings settings_;
+    Recorder recorder_;
+    JobProgress progress_;
+    QTemporaryDir local_;
+    std::unique_ptr<FtpServer> server_;
+    quint64 seed_ = 0;
+    size_t seen_ = 0;
+};
+
+// Three pyftpdlib servers and a local tree of nested folders, sent with FULL_PATH.
 class DistributionFixture : public ::testing::Test {
 protected:
     static constexpr int kServers = 3;
@@ -109,18 +197,12 @@ protected:
             servers_.push_back(std::make_unique<FtpServer>());
         ASSERT_TRUE(local_.isValid());
         // Nested folders, a file at each depth, one empty file and one of a few blocks.
-        const struct {
-            const char* path;
-            qint64 size;
-        } files[] = {
-            { "www/index.html", 1200 },
-            { "www/css/site.css", 0 },
-            { "www/img/logo.png", 300'000 },
-            { "www/img/icons/a.ico", 4096 },
-        };
+        const std::pair<const char*, qint64> files[]
+            = { { "www/index.html", 1200 }, { "www/css/site.css", 0 },
+                  { "www/img/logo.png", 300'000 }, { "www/img/icons/a.ico", 4096 } };
         quint64 seed = 1;
-        for (const auto& file : files)
-            ASSERT_TRUE(makeFile(localPath(file.path), file.size, seed++));
+        for (const auto& [path, size] : files)
+            ASSERT_TRUE(makeFile(localPath(path), size, seed++));
     }
 
     [[nodiscard]] QString localPath(const QString& relative) const
@@ -128,15 +210,49 @@ protected:
         return local_.path() + u'/' + relative;
     }
     [[nodiscard]] JobSite site(int server) const { return siteOf(*servers_[server]); }
-    // Where a file sent with FULL_PATH lands on `server`: the whole local path under its home.
-    [[nodiscard]] QString stored(int server, const QString& relative) const
-    {
-        return servers_[server]->home() + localPath(relative);
-    }
     // The local tree as a file list names it: its top folder, expanded by the file set.
     [[nodiscard]] std::vector<FileEntry> fileSet() const
     {
         return FileSet::build({ listed(local_.path(), QStringLiteral("www")) }).files();
+    }
+    // Every file of the set arrived whole at `server`, under its whole local path (FULL_PATH).
+    [[nodiscard]] ::testing::AssertionResult served(int server) const
+    {
+        for (const FileEntry& file : fileSet()) {
+            const QString path = file.localFolder + u'/' + file.localName;
+            if (auto same = sameBytes(path, servers_[server]->home() + path); !same)
+                return same << " (server " << server << ")";
+        }
+        return ::testing::AssertionSuccess();
+    }
+    [[nodiscard]] bool empty(int server) const
+    {
+        return treeOf(servers_[server]->home()).isEmpty();
+    }
+    void clearServers() const
+    {
+        for (const auto& server : servers_) {
+            QDir(server->home()).removeRecursively();
+            QDir().mkpath(server->home());
+        }
+    }
+    // Holds `server`'s reply to `command` so long (the fault replaces the server's others).
+    void stall(
+        int server, const char* command, std::chrono::milliseconds time = FtpFaults::kForever) const
+    {
+        FtpFaults faults;
+        faults.stall[QLatin1String(command)] = time;
+        servers_[server]->setFaults(faults);
+    }
+    [[nodiscard]] int count(int server, const char* command) const
+    {
+        return servers_[server]->commandCount(QLatin1String(command));
+    }
+    // The server has received the command more than `before` times, within 20 s.
+    [[nodiscard]] bool commandSeen(int server, const char* command, int before = 0) const
+    {
+        using namespace std::chrono_literals;
+        return waitUntil([&] { return count(server, command) > before; }, 20s);
     }
 
     Recorder recorder_;

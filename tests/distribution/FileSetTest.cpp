@@ -90,6 +90,7 @@ TEST_F(FileSetTest, PreparationRefusesWithoutSitesOrFilesAndShowsTheWaitText)
     };
     const Case cases[] = {
         { "no sites", 0, { entry("www", "Index.HTML") }, ids::kNoTargetSites },
+        { "neither", 0, {}, ids::kNoTargetSites },
         { "no files", 2, {}, ids::kNoFilesToSend },
         { "ready", 2, { entry("www", "Index.HTML") }, 0 },
     };

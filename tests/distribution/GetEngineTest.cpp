@@ -3,20 +3,12 @@
 
 #include "distribution/GetEngine.h"
 
-#include "EngineFixture.h"
+#include "DistributionFixture.h"
 #include "app/SettingsStore.h"
 #include "platform/StringIds.h"
 
 namespace zelto::test {
 namespace {
-
-std::vector<int> resultsOf(const std::vector<FileEntry>& files)
-{
-    std::vector<int> results;
-    for (const auto& entry : files)
-        results.push_back(entry.result);
-    return results;
-}
 
 class GetEngineTest : public EngineFixture {
 protected:
@@ -44,7 +36,7 @@ protected:
         return runGetEngine(*job, siteOf(*server_), files, options);
     }
 
-    void setMode(const char* value)
+    static void setMode(const char* value)
     {
         SettingsStore::set(settings::config::kFtpDirTree, QString::fromUtf8(value));
     }
@@ -97,8 +89,8 @@ TEST_F(GetEngineTest, NamesThatWouldLeaveTheLocalFolderAreRefused)
     setMode(settings::config::kDirTreeLastDir);
     remoteFile(QStringLiteral("x"), 5); // what "/data/../x" would fetch
     remoteFile(QStringLiteral("data/ok.bin"), 5);
-    ASSERT_TRUE(QDir(local()).mkpath(QStringLiteral("in")));
     const auto in = QStringLiteral("in");
+    ASSERT_TRUE(QDir(local()).mkpath(in));
     std::vector<FileEntry> files = {
         wanted(QStringLiteral("/data"), QStringLiteral("../x"), in),
         wanted(QStringLiteral("/data"), QStringLiteral("..\\x"), in),

@@ -1,11 +1,10 @@
 // The put engine against the pyftpdlib fixture: where files land under each FTPDirTree mode, the
-// folders it makes, and the refusals (folder, overwrite, login).
+// folders it makes, and the refusals (folder, overwrite). A refused login is in the job tests.
 
 #include "distribution/PutEngine.h"
 
-#include "EngineFixture.h"
+#include "DistributionFixture.h"
 #include "app/SettingsStore.h"
-#include "ftp/FtpErrors.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 
@@ -18,14 +17,6 @@ QStringList sorted(QStringList list)
 {
     list.sort();
     return list;
-}
-
-std::vector<int> resultsOf(const std::vector<FileEntry>& files)
-{
-    std::vector<int> results;
-    for (const auto& entry : files)
-        results.push_back(entry.result);
-    return results;
 }
 
 class PutEngineTest : public EngineFixture {
@@ -160,9 +151,7 @@ TEST_F(PutEngineTest, ForbiddenOverwriteRefusesExistingFilesAndSendsTheRest)
     ASSERT_EQ(put(refused, QStringLiteral("o"), {}), kEngineRan);
     EXPECT_EQ(resultsOf(refused), (std::vector<int> { 239, 0, 239, 0 }));
     EXPECT_EQ(refused[0].message, StringTable::text(ids::kCannotOverwrite));
-    QFile kept(existing);
-    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
-    EXPECT_EQ(kept.readAll(), before);
+    EXPECT_EQ(contents(existing), before);
     EXPECT_TRUE(sameBytes(local(QStringLiteral("x/c.txt")), home() + QStringLiteral("/o/c.txt")));
     EXPECT_EQ(newCommands()["LIST"], 1); // one folder, listed once for four files
 
@@ -174,26 +163,6 @@ TEST_F(PutEngineTest, ForbiddenOverwriteRefusesExistingFilesAndSendsTheRest)
     EXPECT_TRUE(sameBytes(local(QStringLiteral("x/a.txt")), existing));
     EXPECT_TRUE(sameBytes(local(QStringLiteral("y/c.txt")), home() + QStringLiteral("/o/c.txt")));
     EXPECT_EQ(newCommands()["LIST"], 0); // nothing to look up when overwriting is allowed
-}
-
-TEST_F(PutEngineTest, ARefusedLoginReturnsTheConnectCodeAndSendsNothing)
-{
-    FtpFaults faults;
-    faults.refuseLogin = QStringList { QStringLiteral("*") };
-    server_->setFaults(faults);
-    std::vector<FileEntry> files = {
-        localFile(QStringLiteral("x"), QStringLiteral("a.txt"), 20),
-        localFile(QStringLiteral("x"), QStringLiteral("b.txt"), 20),
-    };
-
-    EXPECT_EQ(put(files, QString(), {}), inet::kLoginFailed);
-    EXPECT_EQ(server_->commandCount(QStringLiteral("STOR")), 0);
-    for (const auto& entry : files) {
-        EXPECT_EQ(entry.result, FileEntry::kNotTried);
-        // The connect's text: its message and the server's words.
-        EXPECT_TRUE(entry.message.startsWith(StringTable::errorMessage(inet::kLoginFailed)))
-            << entry.message.toStdString();
-    }
 }
 
 } // namespace

@@ -5,7 +5,9 @@
 
 #include "DistributionFixture.h"
 #include "distribution/WorkerThreads.h"
+#include "ftp/FtpErrors.h"
 #include "platform/StringIds.h"
+#include "platform/StringTable.h"
 
 #include <array>
 
@@ -25,47 +27,19 @@ protected:
         EXPECT_EQ(threads_.running(), 0u);
     }
 
-    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial,
-        std::vector<FileEntry> files, JobOutcomeSink& outcomes)
+    std::shared_ptr<TransferJob> makeJob(
+        std::vector<JobSite> sites, bool serial, JobOutcomeSink& outcomes)
     {
         TransferJob::Setup setup;
         setup.serial = serial;
         setup.sites = std::move(sites);
-        setup.files = std::move(files);
+        setup.files = fileSet();
         return TransferJob::create(std::move(setup), recorder_.services, outcomes, threads_);
-    }
-    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial)
-    {
-        return makeJob(std::move(sites), serial, fileSet(), outcomes_);
     }
 
     [[nodiscard]] static bool ended(const std::shared_ptr<TransferJob>& job)
     {
         return waitUntil([&] { return job->done(); }, kDeadline);
-    }
-    [[nodiscard]] bool commandSeen(int server, const char* command) const
-    {
-        return waitUntil(
-            [&] { return servers_[server]->commandCount(QLatin1String(command)) > 0; }, kDeadline);
-    }
-
-    void expectServed(int server) const
-    {
-        for (const FileEntry& file : fileSet()) {
-            const QString relative
-                = QDir(local_.path()).relativeFilePath(file.localFolder + u'/' + file.localName);
-            EXPECT_TRUE(sameBytes(localPath(relative), stored(server, relative)))
-                << "server " << server << ": " << relative.toStdString();
-        }
-    }
-
-    // The results of a site's files, in the set's order.
-    [[nodiscard]] static std::vector<int> resultsOf(const RecordingOutcomes::Site& site)
-    {
-        std::vector<int> results;
-        for (const FileEntry& file : site.files)
-            results.push_back(file.result);
-        return results;
     }
     [[nodiscard]] std::vector<int> all(int result) const
     {
@@ -77,23 +51,6 @@ protected:
         auto results = all(FileEntry::kNotTried);
         results.front() = ids::kPutCanceled;
         return results;
-    }
-
-    // A serial job over the three sites, held by server 0 at `command` until the window acts.
-    [[nodiscard]] std::shared_ptr<TransferJob> stalledAt(const char* command)
-    {
-        stall(command);
-        const auto job = makeJob({ site(0), site(1), site(2) }, true);
-        job->start();
-        EXPECT_TRUE(commandSeen(0, command));
-        job->pause();
-        return job;
-    }
-    void stall(const char* command) const
-    {
-        FtpFaults stalled;
-        stalled.stall[QLatin1String(command)] = FtpFaults::kForever;
-        servers_[0]->setFaults(stalled);
     }
 
     WorkerThreads threads_;
@@ -108,43 +65,36 @@ TEST_F(TransferJobTest, ParallelAndSerialServeEveryWorkingSiteAlike)
     std::array<std::array<QMap<QString, QByteArray>, kServers>, 2> trees;
     for (const bool serial : { false, true }) {
         SCOPED_TRACE(serial ? "serial" : "parallel");
-        for (const auto& server : servers_) {
-            QDir(server->home()).removeRecursively();
-            QDir().mkpath(server->home());
-        }
+        clearServers();
         RecordingOutcomes outcomes;
-        std::vector<int> siteResults;
-        if (serial) {
-            const auto job = makeJob({ site(0), site(1), site(2) }, true, fileSet(), outcomes);
+        std::vector<std::shared_ptr<TransferJob>> jobs;
+        if (serial)
+            jobs.push_back(makeJob({ site(0), site(1), site(2) }, true, outcomes));
+        for (int i = 0; !serial && i < kServers; ++i)
+            jobs.push_back(makeJob({ site(i) }, false, outcomes));
+        for (const auto& job : jobs)
             job->start();
+        std::vector<int> siteResults;
+        for (const auto& job : jobs) {
             ASSERT_TRUE(ended(job));
             for (const auto& result : job->results())
                 siteResults.push_back(result.result);
-        } else {
-            std::vector<std::shared_ptr<TransferJob>> jobs;
-            for (int i = 0; i < kServers; ++i) {
-                jobs.push_back(makeJob({ site(i) }, false, fileSet(), outcomes));
-                jobs.back()->start();
-            }
-            for (const auto& job : jobs) {
-                ASSERT_TRUE(ended(job));
-                ASSERT_EQ(job->results().size(), 1u);
-                siteResults.push_back(job->results().front().result);
-            }
         }
+        ASSERT_EQ(siteResults.size(), std::size_t(kServers));
         EXPECT_EQ(siteResults[0], 0);
         EXPECT_EQ(siteResults[1], 0);
         EXPECT_NE(siteResults[2], 0) << "the refused login is the site's result";
 
         ASSERT_EQ(outcomes.count(), std::size_t(kServers));
-        expectServed(0);
-        expectServed(1);
-        EXPECT_EQ(resultsOf(outcomes.of(site(0).port)), all(FileEntry::kSent));
+        EXPECT_TRUE(served(0));
+        EXPECT_TRUE(served(1));
+        EXPECT_EQ(resultsOf(outcomes.of(site(0).port).files), all(FileEntry::kSent));
         const auto refusedSite = outcomes.of(site(2).port);
-        EXPECT_EQ(resultsOf(refusedSite), all(FileEntry::kNotTried));
-        for (const FileEntry& file : refusedSite.files)
-            EXPECT_FALSE(file.message.isEmpty()) << "why the file was not sent";
-        EXPECT_TRUE(treeOf(servers_[2]->home()).isEmpty());
+        EXPECT_EQ(resultsOf(refusedSite.files), all(FileEntry::kNotTried));
+        for (const FileEntry& file : refusedSite.files) // the connect's message and the server's
+            EXPECT_TRUE(file.message.startsWith(StringTable::errorMessage(inet::kLoginFailed)))
+                << file.message.toStdString();
+        EXPECT_TRUE(empty(2));
         for (int i = 0; i < kServers; ++i)
             trees[serial][i] = treeOf(servers_[i]->home());
     }
@@ -153,10 +103,10 @@ TEST_F(TransferJobTest, ParallelAndSerialServeEveryWorkingSiteAlike)
 
 TEST_F(TransferJobTest, CancellingOneParallelJobLeavesTheOthers)
 {
-    stall("STOR");
+    stall(0, "STOR");
     std::vector<std::shared_ptr<TransferJob>> jobs;
     for (int i = 0; i < kServers; ++i) {
-        jobs.push_back(makeJob({ site(i) }, false));
+        jobs.push_back(makeJob({ site(i) }, false, outcomes_));
         jobs.back()->start();
     }
     ASSERT_TRUE(commandSeen(0, "STOR"));
@@ -166,62 +116,67 @@ TEST_F(TransferJobTest, CancellingOneParallelJobLeavesTheOthers)
 
     for (const auto& job : jobs)
         ASSERT_TRUE(ended(job));
-    EXPECT_EQ(resultsOf(outcomes_.of(site(0).port)), firstCancelled());
-    expectServed(1);
-    expectServed(2);
+    EXPECT_EQ(resultsOf(outcomes_.of(site(0).port).files), firstCancelled());
+    EXPECT_TRUE(served(1));
+    EXPECT_TRUE(served(2));
 }
 
-TEST_F(TransferJobTest, SerialAllHandsTheCurrentAndEveryLaterSiteToTheSink)
+// A serial job over the three sites, held by server 0 at a command until the window acts. Every
+// site is handed to the sink, whatever the answer.
+TEST_F(TransferJobTest, CancelOfASerialJob)
 {
-    const auto job = stalledAt("STOR");
-    EXPECT_EQ(job->currentServer(), FtpServer::host());
-    job->cancel();
-
-    ASSERT_TRUE(ended(job));
-    ASSERT_EQ(outcomes_.count(), 3u);
-    EXPECT_EQ(resultsOf(outcomes_.of(site(0).port)), firstCancelled());
-    for (int later : { 1, 2 }) {
-        EXPECT_EQ(resultsOf(outcomes_.of(site(later).port)), all(FileEntry::kNotTried));
-        EXPECT_EQ(servers_[later]->commandCount(QStringLiteral("USER")), 0);
-    }
-    const auto results = job->results();
-    ASSERT_EQ(results.size(), 3u);
-    EXPECT_EQ(results[1].result, TransferJob::kNotRun);
-    EXPECT_EQ(results[2].result, TransferJob::kNotRun);
-}
-
-TEST_F(TransferJobTest, OnlyThisOneBeforeTheLoginServesTheOtherSites)
-{
-    const auto job = stalledAt("USER");
-    job->cancelCurrentSite();
-
-    ASSERT_TRUE(ended(job));
-    ASSERT_EQ(outcomes_.count(), 3u);
-    EXPECT_EQ(resultsOf(outcomes_.of(site(0).port)), all(FileEntry::kNotTried));
-    expectServed(1);
-    expectServed(2);
-    // The new worker may finish a site before the stopped one has left its connect.
-    const auto results = job->results();
-    ASSERT_EQ(results.size(), 3u);
-    for (const auto& result : results) {
-        if (result.site.port == site(0).port)
-            EXPECT_NE(result.result, 0) << "the connect was stopped";
+    const struct {
+        const char* what;
+        const char* stalled;
+        bool all; // "All", otherwise "Only this one"
+    } cases[] = {
+        { "All, while sending", "STOR", true },
+        { "Only this one, before the login", "USER", false },
+        { "Only this one, while sending: the file ends with 237", "STOR", false },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        clearServers();
+        stall(0, c.stalled);
+        const std::array<int, kServers> logins { count(0, "USER"), count(1, "USER"),
+            count(2, "USER") };
+        const int before = count(0, c.stalled);
+        RecordingOutcomes outcomes;
+        const auto job = makeJob({ site(0), site(1), site(2) }, true, outcomes);
+        job->start();
+        ASSERT_TRUE(commandSeen(0, c.stalled, before));
+        job->pause();
+        EXPECT_EQ(job->currentServer(), FtpServer::host());
+        if (c.all)
+            job->cancel();
         else
-            EXPECT_EQ(result.result, 0) << "port " << result.site.port;
+            job->cancelCurrentSite();
+
+        ASSERT_TRUE(ended(job));
+        ASSERT_EQ(outcomes.count(), 3u);
+        const bool sending = c.stalled == std::string_view("STOR");
+        EXPECT_EQ(resultsOf(outcomes.of(site(0).port).files),
+            sending ? firstCancelled() : all(FileEntry::kNotTried));
+        const auto results = job->results();
+        ASSERT_EQ(results.size(), 3u);
+        for (int later : { 1, 2 }) {
+            if (c.all) {
+                EXPECT_EQ(
+                    resultsOf(outcomes.of(site(later).port).files), all(FileEntry::kNotTried));
+                EXPECT_EQ(count(later, "USER"), logins[later]) << "no later site tried";
+            } else {
+                EXPECT_TRUE(served(later));
+            }
+        }
+        // The new worker may finish a site before the stopped one has left its connect.
+        for (const auto& result : results) {
+            if (result.site.port != site(0).port) {
+                EXPECT_EQ(result.result, c.all ? TransferJob::kNotRun : 0) << result.site.port;
+            } else if (!c.all) {
+                EXPECT_EQ(result.result != 0, !sending) << "only a stopped connect fails the site";
+            }
+        }
     }
-}
-
-TEST_F(TransferJobTest, OnlyThisOneWhileConnectedEndsTheFileWith237AndGoesOn)
-{
-    const auto job = stalledAt("STOR");
-    job->cancelCurrentSite();
-
-    ASSERT_TRUE(ended(job));
-    EXPECT_EQ(resultsOf(outcomes_.of(site(0).port)), firstCancelled());
-    expectServed(1);
-    expectServed(2);
-    for (const auto& result : job->results())
-        EXPECT_EQ(result.result, 0) << "port " << result.site.port;
 }
 
 } // namespace

@@ -14,9 +14,9 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScreen>
 #include <QTest>
 
+#include <array>
 #include <functional>
 
 namespace zelto::test {
@@ -29,7 +29,7 @@ constexpr auto kDeadline = 20s;
 // Answers the window's questions as the test says, and keeps what was asked.
 class AnsweringNotifier final : public Notifier {
 public:
-    void showMessage(const QString& /*text*/, MessageIcon /*icon*/) override { }
+    void showMessage(const QString&, MessageIcon) override { }
     Answer ask(const Question& question) override
     {
         questions.push_back(question);
@@ -84,11 +84,10 @@ protected:
         EXPECT_TRUE(threads_.waitAll(kDeadline));
     }
 
-    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial,
-        std::vector<FileEntry> files, TransferMode mode = TransferMode::DistributionPut)
+    std::shared_ptr<TransferJob> makeJob(
+        std::vector<JobSite> sites, bool serial, std::vector<FileEntry> files)
     {
         TransferJob::Setup setup;
-        setup.mode = mode;
         setup.serial = serial;
         setup.sites = std::move(sites);
         setup.files = std::move(files);
@@ -99,10 +98,9 @@ protected:
         return makeJob(std::move(sites), serial, fileSet());
     }
 
-    QPointer<CTransferDlg> open(
-        const std::shared_ptr<TransferJob>& job, CTransferDlg* anchor = nullptr)
+    QPointer<CTransferDlg> open(const std::shared_ptr<TransferJob>& job)
     {
-        auto* window = new CTransferDlg(job, notifier_, anchor);
+        auto* window = new CTransferDlg(job, notifier_, nullptr);
         window->show();
         return window;
     }
@@ -116,36 +114,6 @@ protected:
                 return window.isNull();
             },
             kDeadline);
-    }
-    [[nodiscard]] int count(int server, const char* command) const
-    {
-        return servers_[server]->commandCount(QLatin1String(command));
-    }
-    // The server has received the command more than `before` times.
-    [[nodiscard]] bool commandSeen(int server, const char* command, int before) const
-    {
-        return waitUntil([&] { return count(server, command) > before; }, kDeadline);
-    }
-    void stall(int server, const char* command, std::chrono::milliseconds time) const
-    {
-        FtpFaults faults;
-        faults.stall[QLatin1String(command)] = time;
-        servers_[server]->setFaults(faults);
-    }
-    // Every file of the set arrived whole at the server.
-    [[nodiscard]] bool served(int server) const
-    {
-        for (const FileEntry& file : fileSet()) {
-            const QString relative
-                = QDir(local_.path()).relativeFilePath(file.localFolder + u'/' + file.localName);
-            if (!sameBytes(localPath(relative), stored(server, relative)))
-                return false;
-        }
-        return true;
-    }
-    [[nodiscard]] bool empty(int server) const
-    {
-        return treeOf(servers_[server]->home()).isEmpty();
     }
 
     static void clickCancel(CTransferDlg& window)
@@ -202,35 +170,6 @@ TEST_F(TransferWindowTest, TitleNamesTheModeAndItsServers)
         EXPECT_EQ(window->windowTitle(), QLatin1String(c.title));
         delete window;
     }
-}
-
-TEST_F(TransferWindowTest, WindowsOfOneSendCascadeAndStartAgainAtTheEdge)
-{
-    std::vector<QPointer<CTransferDlg>> windows;
-    QRect screen;
-    for (int i = 0; i < 10; ++i) {
-        windows.push_back(open(makeJob({ site(i % kServers) }, false),
-            windows.empty() ? nullptr : windows.back().data()));
-        if (i > 0)
-            continue;
-        // The first one a few steps from the bottom right corner of the screen's free area.
-        screen = windows.front()->screen()->availableGeometry();
-        const QSize size = windows.front()->frameGeometry().size();
-        windows.front()->move(screen.x() + screen.width() - size.width() - 35,
-            screen.y() + screen.height() - size.height() - 50);
-    }
-    std::array<int, 2> restarts {};
-    for (std::size_t i = 1; i < windows.size(); ++i) {
-        const QPoint before = windows[i - 1]->pos();
-        const QPoint now = windows[i]->pos();
-        EXPECT_TRUE(now.x() == before.x() + 10 || now.x() == screen.x() + 20) << i;
-        EXPECT_TRUE(now.y() == before.y() + 20 || now.y() == screen.y() + 40) << i;
-        restarts[0] += now.x() == screen.x() + 20;
-        restarts[1] += now.y() == screen.y() + 40;
-    }
-    // Ten windows reach both edges from there.
-    EXPECT_GT(restarts[0], 0);
-    EXPECT_GT(restarts[1], 0);
 }
 
 TEST_F(TransferWindowTest, EveryWayToCancelAsksFirst)
@@ -316,92 +255,67 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
             << server;
 }
 
-TEST_F(TransferWindowTest, CancelOfOneSite)
+// Each answer, for one site and for a serial job: the window closes at once only when the job
+// is cancelled, and the files that reached each server.
+TEST_F(TransferWindowTest, EveryAnswerToCancel)
 {
     struct Case {
         const char* what;
-        bool yes;
-        std::chrono::milliseconds stall; // of every STOR
-        bool closesAtOnce;
-        bool served;
-    };
-    const Case cases[] = {
-        { "Yes", true, FtpFaults::kForever, true, false },
-        { "No", false, 300ms, false, true },
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        QDir(servers_[0]->home()).removeRecursively();
-        QDir().mkpath(servers_[0]->home());
-        stall(0, "STOR", c.stall);
-        const int stores = count(0, "STOR");
-        const auto job = makeJob({ site(0) }, false);
-        const auto window = open(job);
-        job->start();
-        ASSERT_TRUE(commandSeen(0, "STOR", stores));
-
-        notifier_.yes = c.yes;
-        clickCancel(*window);
-        EXPECT_EQ(notifier_.yesNoQuestions.back(),
-            FtpServer::host() + QStringLiteral(": Cancel FTP sending?"));
-        EXPECT_EQ(window.isNull() || !window->isVisible(), c.closesAtOnce);
-        EXPECT_TRUE(closed(window));
-        ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
-        EXPECT_EQ(served(0), c.served);
-        EXPECT_EQ(empty(0), !c.served);
-    }
-}
-
-TEST_F(TransferWindowTest, CancelOfASerialJob)
-{
-    struct Case {
-        const char* what;
-        Answer answer;
-        std::chrono::milliseconds stall; // of the first site's login
+        bool serial;
+        const char* stalled; // by server 0
+        std::chrono::milliseconds stall;
+        Answer answer; // Accepted is a one site's "Yes"
         bool closesAtOnce;
         std::array<bool, kServers> served;
     };
     const Case cases[] = {
-        { "All", Answer::Accepted, FtpFaults::kForever, true, { false, false, false } },
-        { "Only this one, before the login", Answer::Middle, FtpFaults::kForever, false,
-            { false, true, true } },
-        { "Cancel", Answer::Cancelled, 300ms, false, { true, true, true } },
+        { "one site, Yes", false, "STOR", FtpFaults::kForever, Answer::Accepted, true,
+            { false, false, false } },
+        { "one site, No", false, "STOR", 300ms, Answer::Cancelled, false, { true, false, false } },
+        { "serial, All", true, "USER", FtpFaults::kForever, Answer::Accepted, true,
+            { false, false, false } },
+        { "serial, Only this one, before the login", true, "USER", FtpFaults::kForever,
+            Answer::Middle, false, { false, true, true } },
+        { "serial, Cancel", true, "USER", 300ms, Answer::Cancelled, false, { true, true, true } },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        for (auto& server : servers_) {
-            QDir(server->home()).removeRecursively();
-            QDir().mkpath(server->home());
-        }
-        stall(0, "USER", c.stall);
-        const int logins = count(0, "USER");
+        clearServers();
+        stall(0, c.stalled, c.stall);
+        const int before = count(0, c.stalled);
         const std::size_t ends = outcomes_.count();
-        const auto job = makeJob({ site(0), site(1), site(2) }, true);
+        const auto job
+            = c.serial ? makeJob({ site(0), site(1), site(2) }, true) : makeJob({ site(0) }, false);
         const auto window = open(job);
         job->start();
-        ASSERT_TRUE(commandSeen(0, "USER", logins));
+        ASSERT_TRUE(commandSeen(0, c.stalled, before));
         const int laterLogins = count(1, "USER") + count(2, "USER");
 
         notifier_.answer = c.answer;
+        notifier_.yes = c.answer == Answer::Accepted;
+        const std::size_t asked = notifier_.questions.size() + notifier_.yesNoQuestions.size();
         clickCancel(*window);
-        ASSERT_FALSE(notifier_.questions.empty());
-        const Question& asked = notifier_.questions.back();
-        EXPECT_EQ(asked.text,
-            QStringLiteral("This is a Serial FTP Put transfer. Cancel all or just this one?"));
-        EXPECT_EQ(asked.acceptTextId, ids::kButtonAll);
-        EXPECT_EQ(asked.middleTextId, ids::kButtonOnlyThisOne);
-        EXPECT_TRUE(asked.middleEnabled);
-        EXPECT_EQ(asked.cancelTextId, ids::kButtonCancel);
+        EXPECT_EQ(notifier_.questions.size() + notifier_.yesNoQuestions.size(), asked + 1);
+        if (c.serial) {
+            ASSERT_FALSE(notifier_.questions.empty());
+            const Question& question = notifier_.questions.back();
+            EXPECT_EQ(question.text,
+                QStringLiteral("This is a Serial FTP Put transfer. Cancel all or just this one?"));
+            EXPECT_EQ(question.acceptTextId, ids::kButtonAll);
+            EXPECT_EQ(question.middleTextId, ids::kButtonOnlyThisOne);
+            EXPECT_TRUE(question.middleEnabled);
+            EXPECT_EQ(question.cancelTextId, ids::kButtonCancel);
+        }
         EXPECT_EQ(window.isNull() || !window->isVisible(), c.closesAtOnce);
 
         EXPECT_TRUE(closed(window));
         ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
-        EXPECT_EQ(outcomes_.count(), ends + kServers) << "every site handed to the sink";
+        EXPECT_EQ(outcomes_.count(), ends + (c.serial ? kServers : 1)) << "every site to the sink";
         for (int server = 0; server < kServers; ++server) {
-            EXPECT_EQ(served(server), c.served[server]) << server;
+            EXPECT_EQ(bool(served(server)), c.served[server]) << server;
             EXPECT_EQ(empty(server), !c.served[server]) << server;
         }
-        if (c.answer == Answer::Accepted) {
+        if (c.serial && c.answer == Answer::Accepted) {
             EXPECT_EQ(count(1, "USER") + count(2, "USER"), laterLogins) << "no later site tried";
         }
     }

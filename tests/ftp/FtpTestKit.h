@@ -4,6 +4,7 @@
 // settings of a quick test, and the site of a fixture server.
 
 #include "FtpServer.h"
+#include "RefusingPort.h"
 #include "TempSettings.h"
 #include "TestWait.h"
 #include "Vsftpd.h"
@@ -19,54 +20,26 @@
 
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
 #include <mutex>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 namespace zelto::test {
 
-// Skips the test, saying why, where the server cannot run.
-#define SKIP_WITHOUT(Server)                                                                       \
-    do {                                                                                           \
-        if (const auto reason = Server::unavailableReason())                                       \
-            GTEST_SKIP() << reason->toStdString();                                                 \
-    } while (false)
-
 // Everything a job reported, in order, whatever thread reported it.
 class Recorder final : public LogSink, public SoundSink, public TrayIndicator, public Notifier {
 public:
-    void write(const LogEvent& event) override
-    {
-        std::lock_guard lock(mutex_);
-        events_.push_back(event);
-    }
-    void play(SoundEvent event) override
-    {
-        std::lock_guard lock(mutex_);
-        sounds_.push_back(event);
-    }
-    void setState(TrayState state) override
-    {
-        std::lock_guard lock(mutex_);
-        tray_.push_back(state);
-    }
+    void write(const LogEvent& event) override { add(events_, event); }
+    void play(SoundEvent event) override { add(sounds_, event); }
+    void setState(TrayState state) override { add(tray_, state); }
     void showMessage(const QString& text, MessageIcon icon) override
     {
-        std::lock_guard lock(mutex_);
-        messages_.emplace_back(text, icon);
+        add(messages_, std::pair(text, icon));
     }
     // The engine asks nothing.
     Answer ask(const Question&) override { return Answer::Cancelled; }
 
-    [[nodiscard]] std::vector<LogEvent> events() const
-    {
-        std::lock_guard lock(mutex_);
-        return events_;
-    }
+    [[nodiscard]] std::vector<LogEvent> events() const { return copy(events_); }
     [[nodiscard]] std::vector<int> logIds() const
     {
         std::vector<int> ids;
@@ -74,20 +47,11 @@ public:
             ids.push_back(event.messageId);
         return ids;
     }
-    [[nodiscard]] std::vector<SoundEvent> sounds() const
-    {
-        std::lock_guard lock(mutex_);
-        return sounds_;
-    }
-    [[nodiscard]] std::vector<TrayState> tray() const
-    {
-        std::lock_guard lock(mutex_);
-        return tray_;
-    }
+    [[nodiscard]] std::vector<SoundEvent> sounds() const { return copy(sounds_); }
+    [[nodiscard]] std::vector<TrayState> tray() const { return copy(tray_); }
     [[nodiscard]] std::vector<std::pair<QString, MessageIcon>> messages() const
     {
-        std::lock_guard lock(mutex_);
-        return messages_;
+        return copy(messages_);
     }
     void clear()
     {
@@ -101,35 +65,22 @@ public:
     JobServices services { *this, *this, *this, *this };
 
 private:
+    template <typename T> void add(std::vector<T>& list, T item)
+    {
+        std::lock_guard lock(mutex_);
+        list.push_back(std::move(item));
+    }
+    template <typename T> [[nodiscard]] std::vector<T> copy(const std::vector<T>& list) const
+    {
+        std::lock_guard lock(mutex_);
+        return list;
+    }
+
     mutable std::mutex mutex_;
     std::vector<LogEvent> events_;
     std::vector<SoundEvent> sounds_;
     std::vector<TrayState> tray_;
     std::vector<std::pair<QString, MessageIcon>> messages_;
-};
-
-// A loopback port that refuses connections: bound, never listening, for the object's lifetime.
-class RefusingPort final {
-public:
-    RefusingPort()
-    {
-        sockaddr_in address {};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t length = sizeof address;
-        if (fd_ < 0 || ::bind(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0
-            || ::getsockname(fd_, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-            fixtureError(QStringLiteral("cannot reserve a loopback port"));
-        port_ = ntohs(address.sin_port);
-    }
-    ~RefusingPort() { ::close(fd_); }
-    RefusingPort(const RefusingPort&) = delete;
-    RefusingPort& operator=(const RefusingPort&) = delete;
-    [[nodiscard]] quint16 port() const { return port_; }
-
-private:
-    int fd_ = ::socket(AF_INET, SOCK_STREAM, 0);
-    quint16 port_ = 0;
 };
 
 // Every time-out at `seconds` and no retry, so that a fault ends a test quickly.

@@ -50,8 +50,7 @@ class TransferRoutinesTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        if (const auto reason = FtpServer::unavailableReason())
-            GTEST_SKIP() << reason->toStdString();
+        SKIP_WITHOUT(FtpServer);
         useQuickTimeouts(2);
         useDirectAccess();
         pyftpd_ = std::make_unique<FtpServer>();
@@ -98,12 +97,8 @@ TEST_F(TransferRoutinesTest, PutAndGetAreByteExactWithBothServers)
     for (const auto& target : targets_) {
         auto session = connect(target);
         for (const auto& c : cases) {
-            SCOPED_TRACE(QStringLiteral("%1: %2 bytes, %3/%4")
-                             .arg(target.name)
-                             .arg(c.size)
-                             .arg(c.readBuffer)
-                             .arg(c.writeBuffer)
-                             .toStdString());
+            SCOPED_TRACE(testing::Message() << target.name.toStdString() << ": " << c.size
+                                            << " bytes, " << c.readBuffer << '/' << c.writeBuffer);
             SettingsStore::set(settings::ftp::kReadBuffer, c.readBuffer);
             SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
             const auto name = QStringLiteral("f%1_%2.bin").arg(c.size).arg(c.readBuffer);
@@ -388,84 +383,45 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndNeverHang)
     }
 }
 
-// A tiny file system mounted for the test (root only), or a file-size limit on this process.
-class FullDisk final {
-public:
-    enum class Kind { Tmpfs, SizeLimit };
-    static constexpr qint64 kRoom = 64 * 1024;
-
-    FullDisk(Kind kind, const QString& folder) : kind_(kind), folder_(folder)
-    {
-        if (kind == Kind::Tmpfs) {
-            QDir().mkpath(folder);
-            ready_ = ::geteuid() == 0
-                && ::mount("tmpfs", QFile::encodeName(folder).constData(), "tmpfs", 0, "size=64k")
-                    == 0;
-            if (!ready_)
-                why_ = "mounting a tmpfs needs root";
-            return;
-        }
-        oldHandler_ = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
-        ready_ = ::getrlimit(RLIMIT_FSIZE, &old_) == 0;
-        rlimit limited = old_;
-        limited.rlim_cur = kRoom;
-        ready_ = ready_ && ::setrlimit(RLIMIT_FSIZE, &limited) == 0;
-        if (!ready_)
-            why_ = "cannot set a file-size limit";
-    }
-    ~FullDisk()
-    {
-        if (kind_ == Kind::Tmpfs) {
-            if (ready_)
-                ::umount2(QFile::encodeName(folder_).constData(), MNT_DETACH);
-            return;
-        }
-        if (ready_)
-            ::setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, oldHandler_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-    [[nodiscard]] bool ready() const { return ready_; }
-    [[nodiscard]] const char* why() const { return why_; }
-
-private:
-    Kind kind_;
-    QString folder_;
-    bool ready_ = false;
-    const char* why_ = "";
-    rlimit old_ {};
-    void (*oldHandler_)(int) = SIG_DFL;
-};
-
+// The local disk fills up: a tiny file system mounted for the test (root only), or a file-size
+// limit on this process.
 TEST_F(TransferRoutinesTest, FullDiskOnAGetSaysSoAndNamesThePartialFile)
 {
+    constexpr qint64 kRoom = 64 * 1024;
     ASSERT_TRUE(makeFile(pyftpd_->home() + "/big.bin", 1'000'000, 12));
     auto session = connect(targets_.front());
-    for (const auto kind : { FullDisk::Kind::Tmpfs, FullDisk::Kind::SizeLimit }) {
-        const bool tmpfs = kind == FullDisk::Kind::Tmpfs;
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
+    for (const bool tmpfs : { true, false }) {
         SCOPED_TRACE(tmpfs ? "full file system" : "file-size limit");
         const auto folder = local_.filePath(tmpfs ? "small-disk" : "limited");
-        QDir().mkpath(folder);
-        const auto target = folder + "/big.bin";
-        FtpResult result;
-        {
-            FullDisk disk(kind, folder);
-            if (!disk.ready()) {
-                std::cout << "[ SKIPPED  ] " << disk.why() << '\n';
-                continue;
-            }
-            result = getFile(*session, "big.bin", target, false, 1'000'000, {});
+        ASSERT_TRUE(QDir().mkpath(folder));
+        const auto mountPoint = QFile::encodeName(folder);
+        rlimit old {};
+        ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+        if (tmpfs
+            && (::geteuid() != 0
+                || ::mount("tmpfs", mountPoint.constData(), "tmpfs", 0, "size=64k") != 0)) {
+            std::cout << "[ SKIPPED  ] mounting a tmpfs needs root\n";
+            continue;
         }
+        rlimit limited = old;
+        limited.rlim_cur = kRoom;
+        ASSERT_TRUE(tmpfs || ::setrlimit(RLIMIT_FSIZE, &limited) == 0);
+        const auto target = folder + "/big.bin";
+        const auto result = getFile(*session, "big.bin", target, false, 1'000'000, {});
+        if (tmpfs)
+            ::umount2(mountPoint.constData(), MNT_DETACH);
+        else
+            ::setrlimit(RLIMIT_FSIZE, &old);
         EXPECT_EQ(result.code, int(LocalFileError::DiskFull)) << result.text().toStdString();
         EXPECT_TRUE(result.message().startsWith("The local disk is full"));
         EXPECT_TRUE(result.message().contains(target)) << result.message().toStdString();
         if (!tmpfs) { // the partial file outlives only the limit, not the unmounted disk
             EXPECT_GT(QFileInfo(target).size(), 0);
-            EXPECT_LE(QFileInfo(target).size(), FullDisk::kRoom);
+            EXPECT_LE(QFileInfo(target).size(), kRoom);
         }
     }
+    std::signal(SIGXFSZ, oldHandler);
 }
 
 } // namespace

@@ -1,12 +1,12 @@
 #include "log/LogWriter.h"
 
+#include "LogTestKit.h"
 #include "TempSettings.h"
 #include "TestWait.h"
 #include "app/SettingsStore.h"
 #include "log/LogFile.h"
 #include "log/LogListener.h"
 #include "log/LogStamp.h"
-#include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 
@@ -22,7 +22,7 @@
 #include <sys/stat.h>
 #include <thread>
 
-namespace zelto {
+namespace zelto::test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -30,26 +30,6 @@ using namespace std::chrono_literals;
 constexpr char kLineA[] = "32863\t10:00\t01/02/2024\ta.txt\tsite\t/pub\t\n";
 constexpr char kLineB[] = "32864\t10:01\t01/02/2024\tb.txt\tsite\t/pub\t550 denied\n";
 constexpr char kOldFile[] = "FTP_SERVER_FILE\n32861\t09:00\t01/02/2024\tsite\t\t\t\n";
-
-void putFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-// Reads regular files only: opening a pipe to read would wait for a writer.
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : "";
-}
-
-struct RecordingNotifier final : Notifier {
-    void showMessage(const QString& text, MessageIcon /*icon*/) override { messages.append(text); }
-    Answer ask(const Question& /*question*/) override { return Answer::Cancelled; }
-    QStringList messages;
-};
 
 // Keeps every record handed to the screen; the "stuck" one holds the writer's lock until released.
 struct RecordingListener final : LogListener {
@@ -378,4 +358,4 @@ TEST(LogWriter, StuckWriterDelaysOthersOnlyForTheBoundedWait)
 }
 
 } // namespace
-} // namespace zelto
+} // namespace zelto::test

@@ -1,7 +1,5 @@
 #include "platform/PrivateProfile.h"
 
-#include "platform/IniDocument.h"
-
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -13,8 +11,6 @@
 #include <functional>
 #include <optional>
 #include <sys/resource.h>
-#include <thread>
-#include <vector>
 
 namespace zelto {
 namespace {
@@ -75,17 +71,9 @@ TEST_F(PrivateProfileTest, ReadsLeadingIntegers)
     const struct {
         const char* line;
         int expected;
-    } cases[] = {
-        { "n=12", 12 },
-        { "n=-3", -3 },
-        { "n=\"5\"", 5 },
-        { "n=abc", 0 },
-        { "n=7x", 7 },
-        { "n=", 99 },
-        { "other=1", 99 },
-        { "n=99999999999", INT_MAX },
-        { "n=-99999999999", INT_MIN },
-    };
+    } cases[] = { { "n=12", 12 }, { "n=-3", -3 }, { "n=\"5\"", 5 }, { "n=abc", 0 }, { "n=7x", 7 },
+        { "n=", 99 }, { "other=1", 99 }, { "n=99999999999", INT_MAX },
+        { "n=-99999999999", INT_MIN } };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.line);
         writeFile(path(), QByteArray("[S]\n") + c.line + "\n");
@@ -225,32 +213,6 @@ TEST_F(PrivateProfileTest, NewFilesAreOwnerOnlyAndRewritesKeepPermissions)
         EXPECT_TRUE(PrivateProfile::writeString(path(), "S", "Password", "secret"));
         EXPECT_EQ(QFile::permissions(path()) & anyone, c.expected);
     }
-}
-
-TEST_F(PrivateProfileTest, ConcurrentWritersLoseNothing)
-{
-    constexpr int kThreads = 8;
-    constexpr int kWrites = 200;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([this, t] {
-            for (int i = 0; i < kWrites; ++i) {
-                const QString key = QStringLiteral("k%1_%2").arg(t).arg(i);
-                PrivateProfile::writeString(path(), "S", key, QString::number(i));
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-
-    const IniDocument document = PrivateProfile::read(path());
-    int present = 0;
-    for (int t = 0; t < kThreads; ++t) {
-        for (int i = 0; i < kWrites; ++i)
-            present += document.value("S", QStringLiteral("k%1_%2").arg(t).arg(i))
-                == QString::number(i);
-    }
-    EXPECT_EQ(present, kThreads * kWrites);
 }
 
 } // namespace

@@ -64,17 +64,5 @@ TEST(StringTableTest, ExactlyTheListedErrorCodesHaveMessages)
     }
 }
 
-TEST(StringTableTest, TextsTheEngineNamesResolve)
-{
-    std::vector<int> wanted
-        = { ids::kConnecting, ids::kConnected, ids::kConnectedTo, ids::kRetrievingRemoteFiles };
-    for (int id = ids::kLogFtpConnectionOk; id <= ids::kLogInternetConnectionClosed; ++id)
-        wanted.push_back(id);
-    for (int id : wanted) {
-        SCOPED_TRACE(id);
-        EXPECT_FALSE(StringTable::text(id).isEmpty());
-    }
-}
-
 } // namespace
 } // namespace zelto

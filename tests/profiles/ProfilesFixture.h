@@ -4,6 +4,7 @@
 #include "app/DataFolders.h"
 #include "platform/Notifier.h"
 #include "platform/StringTable.h"
+#include "profiles/FileList.h"
 #include "profiles/FileListStore.h"
 #include "profiles/ProfileEvents.h"
 #include "profiles/ProfileStore.h"
@@ -15,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <vector>
 
 namespace zelto::test {
 
@@ -24,7 +26,7 @@ struct ScriptedNotifier final : Notifier {
     void showMessage(const QString& text, MessageIcon /*icon*/) override { messages.append(text); }
     Answer ask(const Question& question) override
     {
-        questions.append(question.text);
+        questions.push_back(question);
         if (answers.empty()) {
             ADD_FAILURE() << "unexpected question: " << question.text.toStdString();
             return Answer::Cancelled;
@@ -33,9 +35,15 @@ struct ScriptedNotifier final : Notifier {
         answers.pop_front();
         return answer;
     }
+    void reset(std::deque<Answer> script)
+    {
+        answers = std::move(script);
+        questions.clear();
+        messages.clear();
+    }
     std::deque<Answer> answers;
     QStringList messages;
-    QStringList questions;
+    std::vector<Question> questions;
 };
 
 // Counts what the main frame would have been told.
@@ -49,6 +57,24 @@ struct RecordingEvents final : ProfileEvents {
 [[nodiscard]] inline QStringList texts(int id)
 {
     return id ? QStringList { StringTable::text(id) } : QStringList();
+}
+
+[[nodiscard]] inline QStringList localNames(const std::vector<FileListEntry>& entries)
+{
+    QStringList names;
+    for (const FileListEntry& entry : entries)
+        names.append(entry.localName);
+    return names;
+}
+
+// One line per entry, "folder|local|remote|size", so that a whole list compares and prints.
+[[nodiscard]] inline QStringList summary(const std::vector<FileListEntry>& entries)
+{
+    QStringList lines;
+    for (const FileListEntry& e : entries)
+        lines.append(
+            QStringLiteral("%1|%2|%3|%4").arg(e.folder, e.localName, e.remoteName).arg(e.size));
+    return lines;
 }
 
 // A fresh settings store and data folder for each test, and the files the tests lay out.

@@ -1,6 +1,5 @@
 // Jobs that end at the same moment append to the queue at the same moment.
 
-#include "platform/PrivateProfile.h"
 #include "queue/QueueStore.h"
 
 #include <QTemporaryDir>
@@ -12,31 +11,6 @@
 
 namespace zelto {
 namespace {
-
-// The old scheme: a fresh unnamed lock per job excludes nobody, so two jobs read the count, then
-// write it and their section key by key. Interleaved, one item is lost and the other mixed.
-TEST(QueueRaceTest, KeyByKeyAppendsLoseAnItem)
-{
-    QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("zeltoQue.ini"));
-    const auto count = [&] { return PrivateProfile::getInt(file, "QUEUE", "NumQueues", 0); };
-    const auto write = [&](int n, const char* key, const char* value) {
-        PrivateProfile::writeString(file, "QUEUE" + QString::number(n + 1), key, value);
-    };
-    const int first = count();
-    const int second = count();
-    PrivateProfile::writeString(file, "QUEUE", "NumQueues", QString::number(first + 1));
-    write(first, "LocalName", "a.txt");
-    PrivateProfile::writeString(file, "QUEUE", "NumQueues", QString::number(second + 1));
-    write(second, "LocalName", "b.txt");
-    write(second, "Destination", "hostB");
-    write(first, "Destination", "hostA");
-
-    const auto items = QueueStore(file).loadAll();
-    ASSERT_EQ(items.size(), 1u);
-    EXPECT_EQ(items[0].localName, "b.txt");
-    EXPECT_EQ(items[0].destination, "hostA");
-}
 
 // Each job's outcomes are one update under the file's lock: nothing is lost or mixed, and every
 // count-up of the item that all jobs share is counted.

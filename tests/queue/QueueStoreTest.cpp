@@ -11,11 +11,9 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <functional>
 #include <map>
 #include <optional>
-#include <sys/resource.h>
 
 namespace zelto {
 namespace {
@@ -246,23 +244,6 @@ TEST_F(QueueStoreTest, BadFilesReadWithoutHarmAndKeepTheirReadableItems)
     // A count far past the last section is not taken at its word.
     writeFile("[QUEUE]\nNumQueues=2000000000\n" + one);
     EXPECT_EQ(QueueStore(path()).count(), 1 + QueueBatch::kMaxMissingItems);
-}
-
-// A write that fails half way (the disk full, the program killed) leaves the old file whole.
-TEST_F(QueueStoreTest, FailedWriteKeepsTheOldFile)
-{
-    const QByteArray before = queueOf({ 1 });
-    writeFile(before);
-    rlimit old {};
-    getrlimit(RLIMIT_FSIZE, &old);
-    const rlimit small { 100, old.rlim_max };
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    const bool written = QueueStore(path()).appendFailed(named("b", QString(200, u'r')));
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, oldHandler);
-    EXPECT_FALSE(written);
-    EXPECT_EQ(readFile(), before);
 }
 
 } // namespace

@@ -86,6 +86,12 @@ struct Expected {
         return ok(subject, ids::kLogInternetConnectionOk).ok(subject, ids::kLogFtpConnectionOk);
     }
     Expected& closed(const QString& subject) { return ok(subject, ids::kLogFtpConnectionClosed); }
+    Expected& then(const Expected& more)
+    {
+        lines += more.lines;
+        logged.insert(logged.end(), more.logged.begin(), more.logged.end());
+        return *this;
+    }
 
 private:
     Expected& log(int id)

@@ -48,30 +48,25 @@ TEST_F(ScriptRunTest, EveryCommandReportsAndLogsItsOutcome)
         QStringList body;
         Expected expected;
         std::function<void()> check = [] {};
+        bool closedAtEnd = true;
     };
     const Case cases[] = {
-        { "get", { "get a in.txt", "get a none.txt" },
+        { "get and put", { "get a in.txt", "get a none.txt", "put a up.txt", "put a gone.txt" },
             Expected()
-                .opened(kA)
                 .ok(kA, kDone, "in.txt")
                 .fail(kA, kFailed, "none.txt", "*")
-                .closed(kA),
-            [&] { EXPECT_TRUE(sameBytes(home + "/in.txt", local("in.txt"))); } },
-        { "put", { "put a up.txt", "put a gone.txt" },
-            Expected()
-                .opened(kA)
                 .ok(kA, kDone, "up.txt")
-                .fail(kA, kFailed, "gone.txt", "The local file was not found*")
-                .closed(kA),
-            [&] { EXPECT_TRUE(sameBytes(local("up.txt"), home + "/up.txt")); } },
+                .fail(kA, kFailed, "gone.txt", "The local file was not found*"),
+            [&] {
+                EXPECT_TRUE(sameBytes(home + "/in.txt", local("in.txt")));
+                EXPECT_TRUE(sameBytes(local("up.txt"), home + "/up.txt"));
+            } },
         { "cd down, '.' stays, '..' goes up", { "cd a sub", "cd a .", "cd a ..", "cd a nowhere" },
             Expected()
-                .opened(kA)
                 .ok(kA, ids::kLogChangeDirectoryOk, "/sub")
                 .ok(kA, ids::kLogChangeDirectoryOk, "/sub")
                 .ok(kA, ids::kLogChangeDirectoryOk, "/")
-                .fail(kA, ids::kLogChangeDirectoryFailed, "nowhere", "*")
-                .closed(kA),
+                .fail(kA, ids::kLogChangeDirectoryFailed, "nowhere", "*"),
             [&] {
                 // "." is no command to the server.
                 for (const LoggedCommand& command : a_->commandLog())
@@ -79,82 +74,68 @@ TEST_F(ScriptRunTest, EveryCommandReportsAndLogsItsOutcome)
             } },
         { "lcd moves where get puts files", { "lcd sub", "get a in.txt", "lcd nowhere" },
             Expected()
-                .opened(kA)
                 .ok(kLocal, ids::kLogChangeDirectoryOk, local("sub"))
                 .ok(kA, kDone, "in.txt")
                 .fail(kLocal, ids::kLogChangeDirectoryFailed, "nowhere",
-                    "The local file was not found*")
-                .closed(kA),
+                    "The local file was not found*"),
             [&] { EXPECT_TRUE(sameBytes(home + "/in.txt", local("sub/in.txt"))); } },
-        { "mkdir", { "mkdir a new", "mkdir a sub", "mkdir a x/y/z" },
+        // Modes are no log events.
+        { "mkdir, remove, rmdir and the modes",
+            { "mkdir a new", "mkdir a sub", "mkdir a x/y/z", "remove a old.txt", "remove a old.txt",
+                "rmdir a sub", "rmdir a sub", "binary a", "ascii a" },
             Expected()
-                .opened(kA)
                 .ok(kA, ids::kLogMakeDirectoryOk, "new")
                 .fail(kA, ids::kLogMakeDirectoryFailed, "sub", text(ids::kDirectoryExists) + "*")
                 .fail(kA, ids::kLogMakeDirectoryFailed, "x/y/z",
                     text(ids::kNoPathToCreateDirectory) + "*")
-                .closed(kA),
-            [&] { EXPECT_TRUE(QFileInfo(home + "/new").isDir()); } },
-        { "remove", { "remove a old.txt", "remove a old.txt" },
-            Expected()
-                .opened(kA)
                 .ok(kA, ids::kLogDeletionOk, "old.txt")
                 .fail(kA, ids::kLogDeletionFailed, "old.txt", text(ids::kNoSuchFile) + "*")
-                .closed(kA) },
-        { "rmdir", { "rmdir a sub", "rmdir a sub" },
-            Expected()
-                .opened(kA)
                 .ok(kA, ids::kLogDeletionOk, "sub")
                 .fail(kA, ids::kLogDeletionFailed, "sub", text(ids::kNoPathToRemoveDirectory) + "*")
-                .closed(kA) },
+                .ok(kA, ids::kBinaryMode)
+                .ok(kA, ids::kAsciiMode),
+            [&] { EXPECT_TRUE(QFileInfo(home + "/new").isDir()); } },
         { "rename",
             { "rename a old.txt fresh.txt", "rename a *.txt new.txt", "rename a ghost.txt x.txt",
                 "rename a in.txt taken.txt" },
             Expected()
-                .opened(kA)
                 .ok(kA, ids::kLogRenamingOk, "old.txt -> fresh.txt")
                 .fail(
                     kA, ids::kLogRenamingFailed, "*.txt -> new.txt", text(ids::kOnlyOneFileAtATime))
                 .fail(kA, ids::kLogRenamingFailed, "ghost.txt -> x.txt",
                     text(ids::kRenameSourceMissing))
                 .fail(kA, ids::kLogRenamingFailed, "in.txt -> taken.txt",
-                    text(ids::kRenameTargetExists))
-                .closed(kA),
+                    text(ids::kRenameTargetExists)),
             [&] {
                 EXPECT_TRUE(
                     QFileInfo::exists(home + "/fresh.txt") && QFileInfo::exists(home + "/in.txt"));
             } },
-        // Modes are no log events.
-        { "binary and ascii", { "binary a", "ascii a" },
-            Expected().opened(kA).ok(kA, ids::kBinaryMode).ok(kA, ids::kAsciiMode).closed(kA) },
         { "close, then the closed connection", { "close a", "close a", "mkdir a late" },
             Expected()
-                .opened(kA)
                 .closed(kA)
                 .fail(kA, ids::kLogSessionEnded, {})
-                .fail(kA, ids::kLogMakeDirectoryFailed, "late", kNotConnected) },
-        { "a connection never opened",
-            { "put zz up.txt", "cd zz sub", "close zz", "binary zz", "send a zz in.txt" },
+                .fail(kA, ids::kLogMakeDirectoryFailed, "late", kNotConnected),
+            [] {}, false },
+        { "a connection never opened, and LOCAL, which is no server",
+            { "put zz up.txt", "cd zz sub", "close zz", "binary zz", "send a zz in.txt",
+                "get LOCAL in.txt", "mkdir LOCAL x" },
             Expected()
-                .opened(kA)
                 .fail(zz, kFailed, "up.txt", unknown)
                 .fail(zz, ids::kLogChangeDirectoryFailed, "sub", unknown)
                 .fail(zz, ids::kLogSessionEnded, {}, unknown)
                 .error(zz + unknown)
                 .fail(zz, kFailed, "in.txt", unknown)
-                .closed(kA) },
-        { "LOCAL is no server", { "get LOCAL in.txt", "mkdir LOCAL x" },
-            Expected()
-                .opened(kA)
                 .fail(kLocal, kFailed, "in.txt", kNotConnected)
-                .fail(kLocal, ids::kLogMakeDirectoryFailed, "x", kNotConnected)
-                .closed(kA) },
+                .fail(kLocal, ids::kLogMakeDirectoryFailed, "x", kNotConnected) },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         resetTrees();
         recorder_.clear();
-        expectRun(run(writeScript(QStringList { open("a", *a_) } + c.body)), c.expected);
+        Expected expected = Expected().opened(kA).then(c.expected);
+        if (c.closedAtEnd)
+            expected.closed(kA);
+        expectRun(run(writeScript(QStringList { open("a", *a_) } + c.body)), expected);
         c.check();
     }
 }
@@ -178,26 +159,23 @@ TEST_F(ScriptRunTest, OpeningAndTheLinesThatAreNotRun)
         "open refused 127.0.0.1 zelto secret " + QString::number(refusing.port()),
         "open byDefault 127.0.0.1 zelto secret 0",
     }));
-    const QString srv = QStringLiteral("srv: ");
-    const QString bad = QStringLiteral("bad: ");
-    const QString refused = QStringLiteral("refused: ");
-    const QString byDefault = QStringLiteral("byDefault: ");
     expectRun(lines,
         Expected()
-            .opened(srv)
+            .opened("srv: ")
             .error(text(ids::kBadParameterCount) + " open five 127.0.0.1 zelto *****")
             // The stored text ends in its own blank.
             .error(text(ids::kCannotParseLine) + "# comment")
             .error(text(ids::kCannotParseLine) + "mkdir srv xxx*")
-            .ok(srv, ids::kLogMakeDirectoryOk, "after")
-            .ok(bad, ids::kLogInternetConnectionOk)
-            .fail(bad, ids::kLogFtpConnectionFailed, {}, "*")
-            .fail(bad, ids::kLogMakeDirectoryFailed, "x", kNotConnected)
-            .ok(refused, ids::kLogInternetConnectionOk)
-            .fail(refused, ids::kLogFtpConnectionFailed, {}, StringTable::errorMessage(12028) + "*")
-            .opened(byDefault)
-            .closed(srv)
-            .closed(byDefault));
+            .ok("srv: ", ids::kLogMakeDirectoryOk, "after")
+            .ok("bad: ", ids::kLogInternetConnectionOk)
+            .fail("bad: ", ids::kLogFtpConnectionFailed, {}, "*")
+            .fail("bad: ", ids::kLogMakeDirectoryFailed, "x", kNotConnected)
+            .ok("refused: ", ids::kLogInternetConnectionOk)
+            .fail("refused: ", ids::kLogFtpConnectionFailed, {},
+                StringTable::errorMessage(12028) + "*")
+            .opened("byDefault: ")
+            .closed("srv: ")
+            .closed("byDefault: "));
     EXPECT_EQ(b_->commandCount("USER"), 0);
     EXPECT_EQ(
         QDir(a_->home()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList { "after" });
@@ -206,8 +184,8 @@ TEST_F(ScriptRunTest, OpeningAndTheLinesThatAreNotRun)
 TEST_F(ScriptRunTest, BinaryFileIsReportedAndTheRunGoesOn)
 {
     const QString path = scripts_.filePath(QStringLiteral("binary.cmd"));
-    ASSERT_TRUE(writeFile(path,
-        makeBytes(256 * 1024, 7) + '\n' + open("srv", *a_).toUtf8() + "\nmkdir srv made\n"));
+    ASSERT_TRUE(writeFile(
+        path, makeBytes(256 * 1024, 7) + '\n' + open("srv", *a_).toUtf8() + "\nmkdir srv made\n"));
     const QStringList lines = run(path);
     EXPECT_TRUE(lines.contains(step("srv: ", ids::kLogMakeDirectoryOk, "made")));
     for (const QString& line : lines) {
@@ -225,26 +203,24 @@ TEST_F(ScriptRunTest, SendCopiesEveryMatchByteExact)
     ASSERT_TRUE(makeFile(from + "/skip.bin", 10, 3));
     ASSERT_TRUE(makeFile(from + "/sub/three.txt", 0, 4));
     ASSERT_TRUE(makeFile(local("up.txt"), 4096, 5));
-    const QString ab = QStringLiteral("a ===> b ");
-    const QString b = QStringLiteral("b: ");
 
     expectRun(run(writeScript({ open("a", *a_), open("b", *b_), "send a b *.txt", "send a b *.txt",
                   "send a b sub/*.txt", "send a b *.none", "send LOCAL b up.txt",
                   "send a LOCAL two.txt", "send LOCAL LOCAL up.txt" })),
         Expected()
             .opened(kA)
-            .opened(b)
-            .ok(ab, kDone, "one.txt")
-            .ok(ab, kDone, "two.txt")
-            .fail(ab, kFailed, "one.txt", text(ids::kCannotOverwrite))
-            .fail(ab, kFailed, "two.txt", text(ids::kCannotOverwrite))
-            .ok(ab, kDone, "sub/three.txt")
-            .fail(ab, kFailed, "*.none", text(ids::kNoSuchFile))
+            .opened("b: ")
+            .ok("a ===> b ", kDone, "one.txt")
+            .ok("a ===> b ", kDone, "two.txt")
+            .fail("a ===> b ", kFailed, "one.txt", text(ids::kCannotOverwrite))
+            .fail("a ===> b ", kFailed, "two.txt", text(ids::kCannotOverwrite))
+            .ok("a ===> b ", kDone, "sub/three.txt")
+            .fail("a ===> b ", kFailed, "*.none", text(ids::kNoSuchFile))
             .ok("LOCAL ===> b ", kDone, "up.txt")
             .ok("a ===> LOCAL ", kDone, "two.txt")
             .fail("LOCAL ===> LOCAL ", kFailed, "up.txt", StringTable::errorMessage(12015))
             .closed(kA)
-            .closed(b));
+            .closed("b: "));
     for (const char* name : { "one.txt", "two.txt" })
         EXPECT_TRUE(sameBytes(from + "/" + name, to + "/" + name)) << name;
     EXPECT_TRUE(sameBytes(from + "/sub/three.txt", to + "/three.txt"));
@@ -257,7 +233,7 @@ TEST_F(ScriptRunTest, SendCopiesEveryMatchByteExact)
     ASSERT_TRUE(makeFile(from + "/one.txt", 7000, 9));
     const QStringList again
         = run(writeScript({ open("a", *a_), open("b", *b_), "send a b one.txt" }));
-    EXPECT_TRUE(again.contains(step(ab, kDone, "one.txt")));
+    EXPECT_TRUE(again.contains(step("a ===> b ", kDone, "one.txt")));
     EXPECT_TRUE(sameBytes(from + "/one.txt", to + "/one.txt"));
 }
 

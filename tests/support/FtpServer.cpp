@@ -1,7 +1,5 @@
 #include "FtpServer.h"
 
-#include "FtpUrl.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,6 +8,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QSaveFile>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -39,7 +38,6 @@ QJsonObject toJson(const FtpFaults& faults)
         { "close_data_on", QJsonArray::fromStringList(faults.closeDataOn) },
         { "stall", stall },
         { "refuse", QJsonArray::fromStringList(faults.refuse) },
-        { "hostile_names", QJsonArray::fromStringList(faults.hostileNames) },
     };
     if (faults.closeDataAfter)
         json["close_data_after"] = double(*faults.closeDataAfter);
@@ -112,8 +110,14 @@ FtpServer::~FtpServer() = default;
 
 QByteArray FtpServer::url(const QString& path) const
 {
-    const FtpUser& user = users_.front();
-    return ftpUrl(port_, user.name, user.password, path);
+    QUrl url;
+    url.setScheme(QStringLiteral("ftp"));
+    url.setUserName(users_.front().name);
+    url.setPassword(users_.front().password);
+    url.setHost(host());
+    url.setPort(port_);
+    url.setPath(QLatin1Char('/') + path);
+    return url.toEncoded();
 }
 
 void FtpServer::setFaults(const FtpFaults& faults)

@@ -37,8 +37,6 @@ struct FtpFaults {
     std::map<QString, std::chrono::milliseconds> stall;
     // Commands answered "550 <command> refused by the test server." (MKD, STOR, DELE, RNFR...).
     QStringList refuse;
-    // Names added to every listing (LIST, MLSD, NLST).
-    QStringList hostileNames;
 };
 
 // One command as the server received it (a stalled command is logged when it arrives); the
@@ -52,9 +50,6 @@ struct LoggedCommand {
 // A scripted FTP server (pyftpdlib) on a free loopback port, for the lifetime of the object.
 class FtpServer final {
 public:
-    // The text of the reply to a refused command, after "550 <command> ".
-    static constexpr auto kRefusalText = "refused by the test server";
-
     // Why no server can be started here (no Python, no pyftpdlib), for GTEST_SKIP.
     [[nodiscard]] static std::optional<QString> unavailableReason();
     // Throws std::runtime_error, with the server's error output, when it does not start.

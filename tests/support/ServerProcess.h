@@ -10,6 +10,13 @@
 
 namespace zelto::test {
 
+// Skips the test, saying why, where the server cannot run.
+#define SKIP_WITHOUT(Server)                                                                       \
+    do {                                                                                           \
+        if (const auto reason = Server::unavailableReason())                                       \
+            GTEST_SKIP() << reason->toStdString();                                                 \
+    } while (false)
+
 // Throws std::runtime_error: a fixture that cannot start fails its test with this message.
 [[noreturn]] void fixtureError(const QString& message);
 

@@ -1,6 +1,6 @@
 #include "Vsftpd.h"
 
-#include "FtpUrl.h"
+#include "RefusingPort.h"
 #include "TestWait.h"
 
 #include <QDir>
@@ -42,23 +42,6 @@ sockaddr_in loopback(quint16 port)
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     return address;
-}
-
-// A port that was free a moment ago: vsftpd must be told its port, so another process may take
-// it first; the caller retries.
-quint16 freeLoopbackPort()
-{
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    auto address = loopback(0);
-    socklen_t length = sizeof address;
-    quint16 port = 0;
-    if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0
-        && ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0)
-        port = ntohs(address.sin_port);
-    ::close(fd);
-    if (port == 0)
-        fixtureError(QStringLiteral("cannot find a free loopback port"));
-    return port;
 }
 
 // True when our vsftpd greets on the port.
@@ -153,8 +136,11 @@ Vsftpd::Vsftpd()
     if (!ready)
         fixtureError(QStringLiteral("cannot prepare the vsftpd folders in %1").arg(dir_.path()));
 
+    // vsftpd must be told its port: one that was free a moment ago, which another process may
+    // take first.
     for (int attempt = 0; attempt < kPortAttempts; ++attempt) {
-        if (start(freeLoopbackPort()))
+        const quint16 port = RefusingPort().port(); // released before vsftpd binds it
+        if (start(port))
             return;
     }
     fixtureError(QStringLiteral("vsftpd found no free port in %1 attempts").arg(kPortAttempts));
@@ -165,11 +151,6 @@ Vsftpd::~Vsftpd() = default;
 QString Vsftpd::root() const
 {
     return dir_.filePath(QStringLiteral("root"));
-}
-
-QByteArray Vsftpd::url(const QString& path) const
-{
-    return ftpUrl(port_, user(), password(), path);
 }
 
 bool Vsftpd::start(quint16 port)
