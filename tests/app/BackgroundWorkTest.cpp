@@ -67,10 +67,6 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
     QCoreApplication app(argc, argv);
     TempSettings settings;
     SettingsStore::set(settings::schedule::kResendFail, 1);
-    // Passive: with three sessions on one pyftpdlib server at once, an active-mode data
-    // connection now and then times out (libcurl adds "inet_ntop() failed with errno 97"), a
-    // fault of its own that this test is not about.
-    SettingsStore::set(settings::ftp::kPassive, "YES");
     FtpServer server;
     QTemporaryDir local;
     const QString folder = local.path();

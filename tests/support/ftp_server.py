@@ -6,20 +6,11 @@ It listens on a free loopback port, prints "PORT <n>" when ready and runs until
 its standard input reaches end of file (so a test process that dies never leaves
 a server behind) or it receives SIGTERM.
 
-CONFIG.json:
-  {"user": {"name": "zelto", "password": "secret", "home": "/tmp/h"},
-   "faults_file": "/tmp/faults.json"}   # read again at every command
-
-Faults (every key optional):
-  refuse_login      ["*"] refuses every login, otherwise the user names listed
-  close_data_after  bytes after which the data connection is closed (426)
-  close_data_on     transfer commands it applies to, default ["RETR", "STOR"]
-  stall             {"RETR": 1.5, "USER": null}: hold the reply for so many
-                    seconds, null holds it until the server stops; the later
-                    commands of that connection wait behind it, other
-                    connections go on
-  refuse            commands answered "550 <CMD> refused by the test server."
-  hostile_names     names added to every listing (LIST, MLSD, NLST)
+CONFIG.json: {"user": {"name": ..., "password": ..., "home": ...}, "faults_file": ...}
+The faults file is read again at every command; its keys (all optional) are
+refuse_login, close_data_after, close_data_on, stall ({"RETR": 1.5, "USER": null},
+null holding the reply until the server stops) and refuse, as FtpFaults in
+FtpServer.h describes them.
 """
 
 import argparse
@@ -32,8 +23,7 @@ import sys
 import threading
 
 from pyftpdlib.authorizers import AuthenticationFailed, DummyAuthorizer
-from pyftpdlib.filesystems import AbstractedFS
-from pyftpdlib.handlers import DTPHandler, FTPHandler
+from pyftpdlib.handlers import ActiveDTP, DTPHandler, FTPHandler
 from pyftpdlib.servers import FTPServer
 
 # Commands whose data connection a close_data_after fault can cut.
@@ -46,36 +36,6 @@ def load_faults(config):
     half-written file is never seen)."""
     with open(config["faults_file"], encoding="utf-8") as f:
         return json.load(f)
-
-
-class FaultyFS(AbstractedFS):
-    """File system view whose listings can carry names that a client must never
-    use as local paths."""
-
-    def _hostile(self):
-        return self.cmd_channel.faults.get("hostile_names", [])
-
-    def listdir(self, path):
-        real = super().listdir(path)
-        return real + [n for n in self._hostile() if n not in real]
-
-    def format_list(self, basedir, listing, ignore_err=True):
-        names = self._hostile()
-        real = [n for n in listing if n not in names]
-        yield from super().format_list(basedir, real, ignore_err)
-        for name in listing:
-            if name in names:
-                line = "-rw-r--r--   1 owner    group           1 Jan 01  2024 %s\r\n"
-                yield (line % name).encode("utf-8")
-
-    def format_mlsx(self, basedir, listing, perms, facts, ignore_err=True):
-        names = self._hostile()
-        real = [n for n in listing if n not in names]
-        yield from super().format_mlsx(basedir, real, perms, facts, ignore_err)
-        for name in listing:
-            if name in names:
-                line = "type=file;size=1;modify=20240101000000;perm=r; %s\r\n"
-                yield (line % name).encode("utf-8")
 
 
 class FaultyDTPHandler(DTPHandler):
@@ -122,13 +82,24 @@ class FaultyDTPHandler(DTPHandler):
     handle_read_event = handle_read
 
 
+class HandOverActiveDTP(ActiveDTP):
+    """Active-mode connector that forgets its socket's number once it has handed the
+    socket to the data connection. pyftpdlib keeps the number and closes the connector
+    later (at the next PORT or at logout), taking the number out of the IO loop; by then
+    the number can belong to another session's socket, whose PORT then goes unanswered."""
+
+    def handle_connect(self):
+        super().handle_connect()
+        self._fileno = None
+
+
 class FaultyHandler(FTPHandler):
     """Control connection that applies the faults in force at each command."""
 
     config = {}
     command_log = None
     dtp_handler = FaultyDTPHandler
-    abstracted_fs = FaultyFS
+    active_dtp = HandOverActiveDTP
     auth_failed_timeout = 0  # the default delay turns a refused login into a time-out
     use_sendfile = False  # every byte goes through FaultyDTPHandler.send
     _numbers = itertools.count(1)
