@@ -439,9 +439,12 @@ FtpResult FtpConnection::perform(const Request& request)
     const bool closedByServer = failure.errorReply == 421 || failure.errorReply == 426;
     if (refusal != all.rend() && (isServerRefusal(code) || closedByServer))
         detail = refusal->text;
-    // The error buffer holds stray words after a success, so it is read only here.
-    if (detail.isEmpty())
-        detail = QString::fromUtf8(errorBuffer_).trimmed();
+    // The error buffer holds stray words after a success, so it is read only here. libcurl
+    // before 8.0 notes a false "sa_addr inet_ntop() failed" at every active-mode transfer, and
+    // the buffer keeps that first note instead of the real reason.
+    const QString buffered = QString::fromUtf8(errorBuffer_).trimmed();
+    if (detail.isEmpty() && !buffered.startsWith(QLatin1String("sa_addr inet_ntop()")))
+        detail = buffered;
     if (detail.isEmpty())
         detail = QString::fromUtf8(curl_easy_strerror(lastCode_));
     return FtpResult::failure(code, detail);

@@ -35,13 +35,11 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
     ASSERT_TRUE(makeFile(server.home() + "/down.bin", 3'000'000, 2));
     RefusingPort refusing;
 
-    // The session of a case: connected to `site`, or failed in connectJob.
-    const auto connect
-        = [&](CTransferSession& session, JobSite site) { return session.connectJob(site); };
+    // The session of a case: connected, or failed in connectJob.
     const auto connected = [&](const std::function<FtpResult(CTransferSession&)>& work) {
         return [&, work] {
             CTransferSession session(recorder.services);
-            if (auto result = connect(session, siteOf(server)); !result.ok())
+            if (auto result = session.connectJob(siteOf(server)); !result.ok())
                 return result;
             return work(session);
         };
@@ -51,7 +49,7 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
             CTransferSession session(recorder.services);
             auto site = siteOf(server);
             change(site);
-            return connect(session, site);
+            return session.connectJob(site);
         };
     };
     const auto put = [&](const QString& remote) {
@@ -117,15 +115,14 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
         const auto result = c.run();
         ASSERT_TRUE(c.codes.contains(result.code))
             << result.code << ": " << result.text().toStdString();
-        if (c.message) {
-            EXPECT_EQ(result.message(), QString::fromUtf8(c.message));
-        } else {
-            EXPECT_EQ(result.message(), StringTable::errorMessage(result.code));
-        }
+        EXPECT_EQ(result.message(),
+            c.message ? QString::fromUtf8(c.message) : StringTable::errorMessage(result.code));
         if (c.detail) {
             EXPECT_TRUE(result.detail.contains(c.detail)) << result.detail.toStdString();
         }
         EXPECT_FALSE(result.text().contains("secret"));
+        // libcurl before 8.0 leaves a false note of its own in every active-mode failure.
+        EXPECT_FALSE(result.detail.contains("inet_ntop")) << result.detail.toStdString();
     }
 }
 
