@@ -33,6 +33,13 @@ public:
     // A question answered Yes (true) or No, with the question icon; on the UI thread only. One
     // that nobody can answer is answered No.
     [[nodiscard]] virtual bool askYesNo(const QString& /*text*/) { return false; }
+    // A question answered OK (true) or Cancel, with the question icon; on the UI thread only.
+    // Where no two-button box exists it is the three-button question with its middle disabled.
+    [[nodiscard]] virtual bool askOkCancel(const QString& caption, const QString& text)
+    {
+        return ask({ caption, text, ids::kButtonOk, ids::kButtonAll, false, ids::kButtonCancel })
+            == Answer::Accepted;
+    }
 };
 
 } // namespace zelto

@@ -249,10 +249,8 @@ bool FileList::changeRemoteName(int row, const QString& answer, Notifier& notifi
     FileListEntry& entry = entries_[row];
     if (answer == entry.localName)
         return false;
-    const Question question { QLatin1String(kRenameCaption),
-        messageText(ids::kConfirmRename, { entry.localName, answer }), ids::kButtonOk,
-        ids::kButtonAll, false, ids::kButtonCancel };
-    if (notifier.ask(question) != Answer::Accepted)
+    if (!notifier.askOkCancel(QLatin1String(kRenameCaption),
+            messageText(ids::kConfirmRename, { entry.localName, answer })))
         return false;
     entry.remoteName = answer.isEmpty() ? entry.localName : answer;
     return true;

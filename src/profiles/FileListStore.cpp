@@ -36,6 +36,8 @@ QString FileListStore::listFile(const QString& listFolder)
 
 std::optional<QString> FileListStore::folderForName(const QString& name)
 {
+    if (!FolderTree::isFolderName(name))
+        return std::nullopt;
     const QString folder = joinPath(root(), name);
     const QFileInfo info(folder);
     if (info.isDir())

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] static QString listFile(const QString& listFolder);
     // Where a list saved under a typed name goes (the view that belongs to no tree asks for a
     // name): the folder of that name under the root, made when missing and reused when it
-    // exists; nothing when a plain file has that name.
+    // exists; nothing when a plain file has that name or the name is no folder name.
     [[nodiscard]] static std::optional<QString> folderForName(const QString& name);
 
     // The folder of a new tree item "New Folder", always below the root; empty when it cannot be

@@ -24,12 +24,18 @@ QStringList FolderTree::subFolders(const QString& folder)
     return folders;
 }
 
+bool FolderTree::isFolderName(const QString& label)
+{
+    return !label.isEmpty() && label != u'.' && label != QLatin1String("..")
+        && !label.contains(u'/') && !label.contains(u'\\');
+}
+
 QString FolderTree::makeFolder(const QString& parent, const QString& label, Notifier& notifier)
 {
     const QString path = joinPath(parent, label);
-    if (QFileInfo(path).isDir())
+    if (isFolderName(label) && QFileInfo(path).isDir())
         return path;
-    if (!QDir().mkdir(path)) {
+    if (!isFolderName(label) || !QDir().mkdir(path)) {
         notifier.showMessage(StringTable::text(ids::kNoPathToCreateDirectory), MessageIcon::Stop);
         return QString();
     }
@@ -46,7 +52,9 @@ QString FolderTree::renameFolder(const QString& folder, const QString& newLabel,
     int error = 0;
     // A plain rename would replace an empty folder of that name here; a folder that exists
     // already is refused as the rename of the platform refuses it.
-    if (QFileInfo::exists(newPath) || QFileInfo(newPath).isSymLink())
+    if (!isFolderName(newLabel))
+        error = ENOENT;
+    else if (QFileInfo::exists(newPath) || QFileInfo(newPath).isSymLink())
         error = EEXIST;
     else if (std::rename(
                  QFile::encodeName(oldPath).constData(), QFile::encodeName(newPath).constData())

@@ -15,12 +15,16 @@ public:
 
     // The sub-folders of `folder`, sorted by name; hidden ones too.
     [[nodiscard]] static QStringList subFolders(const QString& folder);
+    // Whether `label` names one folder of a tree: not empty, not "." or "..", no separator.
+    [[nodiscard]] static bool isFolderName(const QString& label);
     // Makes the folder `label` below `parent` and returns its path; an existing folder is reused.
-    // Shows "No such path to create directory" and returns nothing when it cannot be made.
+    // Shows "No such path to create directory" and returns nothing when it cannot be made or
+    // the label is no folder name.
     [[nodiscard]] static QString makeFolder(
         const QString& parent, const QString& label, Notifier& notifier);
     // Renames `folder` to `newLabel` within its parent and returns the new path, or nothing when
-    // it was not renamed. A missing path shows "No such path to create directory"; a refused
+    // it was not renamed. A missing path or a label that is no folder name (which would move the
+    // folder elsewhere) shows "No such path to create directory"; a refused
     // rename or a name that exists shows "Folder was not renamed..."; other failures are silent.
     // An empty label, or the one it has, changes nothing.
     [[nodiscard]] static QString renameFolder(

@@ -10,6 +10,7 @@
 #include "app/ui/CMainFrame.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/ProfileBar.h"
+#include "distribution/ui/CFtpView.h"
 #include "log/ui/CLogView.h"
 #include "options/SoundPlayer.h"
 #include "platform/Notifier.h"
@@ -94,11 +95,6 @@ public:
     std::unique_ptr<CMainFrame> frame;
 };
 
-QString text(const TextKey& key)
-{
-    return SettingsStore::get(key);
-}
-
 QString stored(const QString& section, const char* key)
 {
     return SettingsStore::getText(section, QLatin1StringView(key), QStringLiteral("absent"));
@@ -112,14 +108,6 @@ QString splitterSection(int number)
 QSplitter* splitter(const CMainFrame& frame, int number)
 {
     return frame.findChild<QSplitter*>(QStringLiteral("Main\\split%1").arg(number));
-}
-
-QStringList texts(const QMenu& menu)
-{
-    QStringList result;
-    for (const QAction* action : menu.actions())
-        result << action->text();
-    return result;
 }
 
 TEST(MainFrameTest, StartScreenChoosesTheScreenAndOnlyAChangeIsWritten)
@@ -143,14 +131,13 @@ TEST(MainFrameTest, StartScreenChoosesTheScreenAndOnlyAChangeIsWritten)
     run.open();
     run.command(cmd::kRemoteFtp)->trigger();
     EXPECT_EQ(run.frame->currentScreen(), Screen::RemoteFtp);
-    EXPECT_EQ(text(config::kStartScreen), QStringLiteral("REMOTE_REMOTE"));
+    EXPECT_EQ(SettingsStore::get(config::kStartScreen), QStringLiteral("REMOTE_REMOTE"));
     SettingsStore::remove(QLatin1StringView(section::kConfig), QStringLiteral("StartScreen"));
     run.command(cmd::kRemoteFtp)->trigger();
     EXPECT_EQ(stored(QStringLiteral("CONFIG"), "StartScreen"), QStringLiteral("absent"));
     EXPECT_TRUE(run.command(cmd::kRemoteFtp)->isChecked());
     run.command(cmd::kStandardFtp)->trigger();
-    EXPECT_EQ(text(config::kStartScreen), QStringLiteral("REMOTE_LOCAL"));
-    EXPECT_EQ(run.frame->windowTitle(), StringTable::text(ids::kAppTitle));
+    EXPECT_EQ(SettingsStore::get(config::kStartScreen), QStringLiteral("REMOTE_LOCAL"));
 }
 
 TEST(MainFrameTest, SplitterSizesAreSavedAtCloseAndRestored)
@@ -209,7 +196,7 @@ TEST(MainFrameTest, ScreenSplitStacksTheWorkPanes)
 TEST(MainFrameTest, ViewsStayInTheirPanesAcrossScreens)
 {
     FrameRun run;
-    auto* sites = new QLabel(QStringLiteral("sites"));
+    auto* sites = new CFtpView;
     auto* send = new QAction(QStringLiteral("Send &Parallel"));
     FrameViews views;
     views.sitesList = sites;
@@ -250,7 +237,6 @@ TEST(MainFrameTest, BarsFollowTheirKeysAndTheirSwitchesWriteThem)
         run.command(b.id)->trigger();
         EXPECT_FALSE(bar(b.objectName)->isVisible()) << b.id;
         EXPECT_EQ(SettingsStore::get(b.key), 0) << b.id;
-        SettingsStore::set(b.key, 1);
     }
     FrameRun again;
     SettingsStore::set(config::kToolBar, 1);
@@ -266,10 +252,9 @@ TEST(MainFrameTest, GeometryIsRestoredAndWrittenOnEveryMoveAndResizeButNotAtClos
     FrameRun run;
     const QString section = QStringLiteral("Dimensions\\Main\\Mainframe");
     const auto key = [&](const char* name) { return SettingsStore::getInt(section, name, -1); };
-    SettingsStore::writeInt(section, QStringLiteral("Width"), 520);
-    SettingsStore::writeInt(section, QStringLiteral("Height"), 430);
-    SettingsStore::writeInt(section, QStringLiteral("x"), 30);
-    SettingsStore::writeInt(section, QStringLiteral("y"), 40);
+    for (const auto& [name, value] :
+        { std::pair { "Width", 520 }, { "Height", 430 }, { "x", 30 }, { "y", 40 } })
+        SettingsStore::writeInt(section, name, value);
     CMainFrame& frame = run.shown();
     EXPECT_EQ(frame.size(), QSize(520, 430));
     EXPECT_EQ(frame.pos(), QPoint(30, 40));
@@ -298,19 +283,19 @@ TEST(MainFrameTest, TrayMenuHoldsItsCommandsInOrderAndOpensTwiceOverAShownWindow
     ASSERT_EQ(opened.size(), 2);
     EXPECT_EQ(opened[0], opened[1]);
     const QMenu& menu = *opened[0];
-    EXPECT_EQ(texts(menu),
-        QStringList({ "Toggle &Window", "&Transfer Statistics", "", "System &Parameters", "",
-            "&Configure Scheduler", "&Scheduler", "", "Close &Zelto" }));
-    QList<int> ids;
-    QList<bool> enabled;
-    for (const QAction* action : menu.actions()) {
-        if (!action->isSeparator()) {
-            ids << action->data().toInt();
-            enabled << action->isEnabled();
-        }
+    // Each command as "text id", "off" when disabled; separators empty.
+    QStringList items;
+    for (const QAction* a : menu.actions()) {
+        items << (a->isSeparator() ? QString()
+                                   : QStringLiteral("%1 %2%3")
+                                         .arg(a->text())
+                                         .arg(a->data().toInt())
+                                         .arg(a->isEnabled() ? "" : " off"));
     }
-    EXPECT_EQ(ids, QList<int>({ 1264, 1239, 1268, 1266, 1265, 1267 }));
-    EXPECT_EQ(enabled, QList<bool>({ true, true, false, false, true, true }));
+    EXPECT_EQ(items,
+        QStringList(
+            { "Toggle &Window 1264", "&Transfer Statistics 1239", "", "System &Parameters 1268 off",
+                "", "&Configure Scheduler 1266 off", "&Scheduler 1265", "", "Close &Zelto 1267" }));
     menu.actions()[1]->trigger();
     EXPECT_EQ(statisticsShownOver, QList<QWidget*>({ &frame }));
 
@@ -342,11 +327,11 @@ TEST(MainFrameTest, ToggleAndMinimiseKeepWinStateWhereThereIsATray)
         frame.toggleWindow();
         EXPECT_FALSE(frame.isVisible());
         EXPECT_TRUE(frame.isMinimized());
-        EXPECT_EQ(text(config::kWinState), QStringLiteral("ICONIC"));
+        EXPECT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("ICONIC"));
         frame.toggleWindow();
         EXPECT_TRUE(frame.isVisible());
         EXPECT_FALSE(frame.isMinimized());
-        EXPECT_EQ(text(config::kWinState), QStringLiteral("RESTORED"));
+        EXPECT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("RESTORED"));
 
         // Minimising hides the window into the tray; without one it stays on the task bar.
         SettingsStore::remove(QStringLiteral("CONFIG"), QStringLiteral("WinState"));
@@ -433,7 +418,7 @@ TEST(MainFrameTest, TransferModeAndLogFilterWriteTheirWords)
     };
     for (const auto& choice : choices) {
         run.command(choice.id)->trigger();
-        EXPECT_EQ(text(choice.key), QLatin1StringView(choice.word)) << choice.id;
+        EXPECT_EQ(SettingsStore::get(choice.key), QLatin1StringView(choice.word)) << choice.id;
         EXPECT_TRUE(run.command(choice.id)->isChecked()) << choice.id;
     }
     EXPECT_EQ(logView->filter(), LogFilter::Unsuccessful);
@@ -500,6 +485,58 @@ TEST(MainFrameTest, ProfileBarListsSitesFileListsAndLinks)
     run.frame->profileEvents().profilesChanged();
     EXPECT_EQ(items(bar.sites()), QStringList({ "aardvark", "alpha", "europe/beta" }));
     EXPECT_EQ(bar.sites()->currentText(), QStringLiteral("europe/beta"));
+}
+
+TEST(MainFrameTest, ProfileBarChoicesFillTheMultiplePutScreenOnly)
+{
+    FrameRun run;
+    const auto write = [](const QString& path, const QByteArray& text) {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    };
+    const QString alpha = DataFolders::profiles() + QStringLiteral("/alpha.ini");
+    const QString beta = DataFolders::profiles() + QStringLiteral("/beta.ini");
+    const QString list = DataFolders::files() + QStringLiteral("/website/flist.ini");
+    write(alpha, "[Settings]\nHost=alpha.example\n");
+    write(beta, "[Settings]\nHost=beta.example\n");
+    write(list, "[LIST]\nNumItems=1\n[FILE1]\nLocalName=a.txt\nFolder=/srv\nRemoteName=\n");
+    write(DataFolders::links() + QStringLiteral("/nightly.ini"),
+        "[LinkItems]\nSites=1\nFiles=" + list.toUtf8() + "\n[SITE1]\nSITE=" + beta.toUtf8() + "\n");
+    auto* sites = new CFtpView;
+    auto* files = new CFileListView(run.notifier);
+    FrameViews views;
+    views.sitesList = sites;
+    views.fileList = files;
+    run.shown(views);
+    const ProfileBar& bar = run.frame->profileBar();
+    const auto servers = [&] {
+        QStringList names;
+        for (const JobSite& site : sites->sites())
+            names << site.server;
+        return names;
+    };
+
+    run.command(cmd::kStandardFtp)->trigger();
+    Q_EMIT bar.links()->activated(0);
+    ASSERT_EQ(run.notifier.messages.size(), 1u);
+    EXPECT_EQ(run.notifier.messages[0].first, StringTable::text(ids::kMainScreenRefusesData));
+    EXPECT_TRUE(servers().isEmpty());
+    EXPECT_TRUE(files->entries().empty());
+
+    run.command(cmd::kMultiplePut)->trigger();
+    Q_EMIT bar.sites()->activated(0);
+    EXPECT_EQ(servers(), QStringList({ "alpha.example" }));
+    Q_EMIT bar.fileLists()->activated(0);
+    ASSERT_EQ(files->entries().size(), 1u);
+    EXPECT_EQ(files->entries()[0].localName, QStringLiteral("a.txt"));
+    // A link brings its sites and its list; what is shown already stays once.
+    Q_EMIT bar.links()->activated(0);
+    EXPECT_EQ(servers(), QStringList({ "alpha.example", "beta.example" }));
+    EXPECT_EQ(files->entries().size(), 1u);
+    EXPECT_TRUE(files->listFolder().isEmpty());
+    EXPECT_EQ(run.notifier.messages.size(), 1u);
 }
 
 TEST(MainFrameTest, TrayStateFromAWorkerReachesTheIcon)

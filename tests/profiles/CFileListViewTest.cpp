@@ -16,7 +16,6 @@
 #include <QTimer>
 #include <QUrl>
 
-#include <deque>
 #include <optional>
 #include <vector>
 
@@ -26,44 +25,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kDeadline = 10s;
-
-// Answers questions from a script and keeps each one whole; an unexpected question fails.
-struct AnsweringNotifier final : Notifier {
-    void showMessage(const QString& text, MessageIcon /*icon*/) override { messages.append(text); }
-    Answer ask(const Question& question) override
-    {
-        questions.push_back(question);
-        if (answers.empty()) {
-            ADD_FAILURE() << "unexpected question: " << question.text.toStdString();
-            return Answer::Cancelled;
-        }
-        const Answer answer = answers.front();
-        answers.pop_front();
-        return answer;
-    }
-
-    void reset(std::deque<Answer> script)
-    {
-        answers = std::move(script);
-        questions.clear();
-        messages.clear();
-    }
-
-    std::deque<Answer> answers;
-    std::vector<Question> questions;
-    QStringList messages;
-};
-
-// What a saved list keeps of an entry.
-[[nodiscard]] QStringList stored(const std::vector<FileListEntry>& entries)
-{
-    QStringList kept;
-    for (const FileListEntry& entry : entries) {
-        kept.append(entry.folder + u'|' + entry.localName + u'|' + entry.remoteName + u'|'
-            + QString::number(entry.size));
-    }
-    return kept;
-}
 
 class FileListViewTest : public ProfilesFixture {
 protected:
@@ -78,13 +39,7 @@ protected:
     }
 
     [[nodiscard]] QString local(const QString& name) const { return localFolder() + u'/' + name; }
-    [[nodiscard]] QStringList names() const
-    {
-        QStringList names;
-        for (const FileListEntry& entry : view_.entries())
-            names.append(entry.localName);
-        return names;
-    }
+    [[nodiscard]] QStringList names() const { return localNames(view_.entries()); }
     [[nodiscard]] QString shown(int row, int column) const
     {
         return view_.model()->index(row, column).data().toString();
@@ -110,19 +65,21 @@ protected:
         QCoreApplication::sendEvent(view_.viewport(), &drop);
         return drop.isAccepted();
     }
+    void makeAbc()
+    {
+        makeList("abc",
+            { localFolder() + "|a.txt", localFolder() + "|b.txt", localFolder() + "|c.txt" });
+    }
     // The list of a.txt, b.txt and c.txt, loaded unchanged into the view, which is tied to it.
     void openAbc()
     {
-        makeList("abc",
-            { localFolder() + QStringLiteral("|a.txt|"), localFolder() + QStringLiteral("|b.txt|"),
-                localFolder() + QStringLiteral("|c.txt|") });
+        makeAbc();
         view_.openList(listFolder("abc"));
         ASSERT_EQ(names(), QStringList({ "a.txt", "b.txt", "c.txt" }));
         ASSERT_FALSE(view_.changed());
     }
 
-    AnsweringNotifier answers_;
-    CFileListView view_ { answers_ };
+    CFileListView view_ { notifier_ };
     std::optional<QString> answer_;
     QStringList prompts_;
 };
@@ -178,196 +135,162 @@ TEST_F(FileListViewTest, ThousandsOfDroppedFilesNeverHoldTheEventLoop)
 
 TEST_F(FileListViewTest, DeleteAsksForEachSelectedRow)
 {
-    struct Case {
+    // One question per answer given; All (the middle answer) is offered for two rows or more.
+    const struct {
         const char* what;
         std::vector<int> selected;
         std::deque<Answer> answers;
-        int questions;
-        const char* firstAsked;
-        bool allEnabled;
         QStringList left;
-        QStringList messages;
-    };
-    const Case cases[] = {
-        { "nothing selected", {}, {}, 0, nullptr, false, { "a.txt", "b.txt", "c.txt" },
-            texts(ids::kSelectFile) },
-        { "one row: All is disabled", { 1 }, { Answer::Accepted }, 1, "b.txt", false,
-            { "a.txt", "c.txt" }, {} },
-        { "Yes, then Cancel", { 0, 2 }, { Answer::Accepted, Answer::Cancelled }, 2, "a.txt", true,
-            { "b.txt", "c.txt" }, {} },
-        { "All removes the rest unasked", { 0, 1, 2 }, { Answer::Middle }, 1, "a.txt", true, {},
-            {} },
-        { "Cancel first", { 0, 1 }, { Answer::Cancelled }, 1, "a.txt", true,
-            { "a.txt", "b.txt", "c.txt" }, {} },
+    } cases[] = {
+        { "nothing selected", {}, {}, { "a.txt", "b.txt", "c.txt" } },
+        { "one row", { 1 }, { Answer::Accepted }, { "a.txt", "c.txt" } },
+        { "Yes, then Cancel", { 0, 2 }, { Answer::Accepted, Answer::Cancelled },
+            { "b.txt", "c.txt" } },
+        { "All removes the rest unasked", { 0, 1, 2 }, { Answer::Middle }, {} },
+        { "Cancel first", { 0, 1 }, { Answer::Cancelled }, { "a.txt", "b.txt", "c.txt" } },
     };
     view_.show();
     view_.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view_));
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         openAbc();
-        answers_.reset(c.answers);
+        const QStringList before = names();
+        notifier_.reset(c.answers);
         select(c.selected);
         view_.setFocus();
         QTest::keyClick(&view_, Qt::Key_Delete);
 
         EXPECT_EQ(names(), c.left);
         EXPECT_EQ(view_.changed(), c.left.size() < 3);
-        EXPECT_EQ(answers_.messages, c.messages);
-        ASSERT_EQ(int(answers_.questions.size()), c.questions);
-        if (c.questions == 0)
+        EXPECT_EQ(notifier_.messages, texts(c.selected.empty() ? ids::kSelectFile : 0));
+        ASSERT_EQ(notifier_.questions.size(), c.answers.size());
+        if (c.answers.empty())
             continue;
-        const Question& first = answers_.questions.front();
-        EXPECT_EQ(
-            first.text, messageText(ids::kConfirmRemoveFile, { QString::fromUtf8(c.firstAsked) }));
-        EXPECT_EQ(first.middleEnabled, c.allEnabled);
+        const Question& first = notifier_.questions.front();
+        EXPECT_EQ(first.text, messageText(ids::kConfirmRemoveFile, { before[c.selected[0]] }));
+        EXPECT_EQ(first.middleEnabled, c.selected.size() > 1);
     }
+    EXPECT_TRUE(QFileInfo::exists(local("a.txt"))) << "the file itself stays";
 }
 
 TEST_F(FileListViewTest, ChangeRemoteNameAsksForTheNameThenConfirms)
 {
-    const QString prompt = StringTable::text(ids::kEnterNewFileName) + u'|';
-    struct Case {
+    // Row 0, a.txt, is renamed when one row is selected; an empty remote name stands for the local.
+    const struct {
         const char* what;
         std::vector<int> selected;
         std::optional<QString> typed;
         std::deque<Answer> confirm;
-        QStringList prompts;
-        QStringList messages;
-        QString storedRemoteName;
-        QString shownRemoteName;
+        int message;
+        QString stored;
         bool changed;
+    } cases[] = {
+        { "two rows", { 0, 1 }, {}, {}, ids::kOnlyOneFileAtATime, "", false },
+        { "no row", {}, {}, {}, ids::kSelectFileToRename, "", false },
+        { "renamed", { 0 }, "index.htm", { Answer::Accepted }, 0, "index.htm", true },
+        { "the local name: nothing to confirm", { 0 }, "a.txt", {}, 0, "", true },
+        { "empty: the local name", { 0 }, QString(), { Answer::Accepted }, 0, "a.txt", true },
+        { "not confirmed", { 0 }, "x.txt", { Answer::Cancelled }, 0, "", true },
+        { "prompt cancelled", { 0 }, std::nullopt, {}, 0, "", false },
     };
-    const Case cases[] = {
-        { "two rows", { 0, 1 }, {}, {}, {}, texts(ids::kOnlyOneFileAtATime), "", "a.txt", false },
-        { "no row", {}, {}, {}, {}, texts(ids::kSelectFileToRename), "", "a.txt", false },
-        { "renamed", { 0 }, QStringLiteral("index.htm"), { Answer::Accepted }, { prompt + "a.txt" },
-            {}, "index.htm", "index.htm", true },
-        { "the local name: nothing to confirm", { 0 }, QStringLiteral("a.txt"), {},
-            { prompt + "a.txt" }, {}, "", "a.txt", true },
-        { "empty: the local name", { 0 }, QString(), { Answer::Accepted }, { prompt + "a.txt" }, {},
-            "a.txt", "a.txt", true },
-        { "not confirmed", { 0 }, QStringLiteral("x.txt"), { Answer::Cancelled },
-            { prompt + "a.txt" }, {}, "", "a.txt", true },
-        { "prompt cancelled", { 0 }, std::nullopt, {}, { prompt + "a.txt" }, {}, "", "a.txt",
-            false },
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         openAbc();
-        answers_.reset(c.confirm);
+        notifier_.reset(c.confirm);
         prompts_.clear();
         answer_ = c.typed;
         select(c.selected);
         view_.changeRemoteName();
 
-        EXPECT_EQ(prompts_, c.prompts);
-        EXPECT_EQ(answers_.messages, c.messages);
-        EXPECT_EQ(view_.entries()[0].remoteName, c.storedRemoteName);
-        EXPECT_EQ(shown(0, FileListModel::RemoteName), c.shownRemoteName);
+        EXPECT_EQ(prompts_,
+            c.selected.size() == 1
+                ? QStringList { StringTable::text(ids::kEnterNewFileName) + "|a.txt" }
+                : QStringList());
+        EXPECT_EQ(notifier_.messages, texts(c.message));
+        EXPECT_EQ(view_.entries()[0].remoteName, c.stored);
+        EXPECT_EQ(shown(0, FileListModel::RemoteName), c.stored.isEmpty() ? "a.txt" : c.stored);
         EXPECT_EQ(view_.changed(), c.changed);
+        ASSERT_EQ(notifier_.questions.size(), c.confirm.size());
         if (!c.confirm.empty()) {
-            ASSERT_EQ(answers_.questions.size(), 1u);
-            EXPECT_EQ(answers_.questions[0].text,
+            EXPECT_EQ(notifier_.questions[0].text,
                 messageText(ids::kConfirmRename, { QStringLiteral("a.txt"), *c.typed }));
         }
     }
 }
 
-TEST_F(FileListViewTest, ServerFileAppendsOrReplacesAndKeepsCarriageReturns)
+// The list's own rules (refused files, cancel, line ends) are FileList's; the view shows the
+// result and saves a replaced list at once when it stands for a saved one.
+TEST_F(FileListViewTest, ServerFileAppendsOrReplacesTheShownList)
 {
     writeFile(local("d.txt"), "d");
-    writeFile(local("crlf.txt\r"), "r");
-    const QByteArray header = "FTP_SERVER_FILE\n";
-    const QByteArray d = local("d.txt").toUtf8();
-    const QByteArray crlf = local("crlf.txt").toUtf8();
-    struct Case {
+    const QString fls = local(QStringLiteral("list.fls"));
+    writeFile(fls, "FTP_SERVER_FILE\n" + local("d.txt").toUtf8() + "\n");
+    const struct {
         const char* what;
         bool tied; // the view shows a saved list (the file-list screen)
-        QByteArray fls;
         std::deque<Answer> answers;
         QStringList names;
-        QStringList messages;
         bool savedAtOnce;
+    } cases[] = {
+        { "append", true, { Answer::Accepted }, { "a.txt", "b.txt", "c.txt", "d.txt" }, false },
+        { "replace", true, { Answer::Middle }, { "d.txt" }, true },
+        { "into an empty view", false, {}, { "d.txt" }, false },
     };
-    const Case cases[] = {
-        { "no header", true, "FTP_SERVER\n" + d + "\n", {}, { "a.txt", "b.txt", "c.txt" },
-            texts(ids::kNotAnFtpServerFile), false },
-        { "append", true, header + d + "\n", { Answer::Accepted },
-            { "a.txt", "b.txt", "c.txt", "d.txt" }, {}, false },
-        { "replace", true, header + d + "\n", { Answer::Middle }, { "d.txt" }, {}, true },
-        { "cancel", true, header + d + "\n", { Answer::Cancelled }, { "a.txt", "b.txt", "c.txt" },
-            {}, false },
-        // The carriage return stays part of the path; a last line without a line feed is
-        // not read.
-        { "CRLF into an empty view", false, "FTP_SERVER_FILE\r\n" + crlf + "\r\n" + d, {},
-            { "crlf.txt\r" }, {}, false },
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        CFileListView view(answers_);
-        answers_.reset(c.answers);
-        const QString fls = local(QStringLiteral("list.fls"));
-        writeFile(fls, c.fls);
+        CFileListView view(notifier_);
+        notifier_.reset(c.answers);
         view.dialogs().chooseServerFile = [&] { return fls; };
-        makeList("abc",
-            { localFolder() + QStringLiteral("|a.txt|"), localFolder() + QStringLiteral("|b.txt|"),
-                localFolder() + QStringLiteral("|c.txt|") });
-        const QByteArray stored = readFile(FileListStore::listFile(listFolder("abc")));
+        makeAbc();
+        const QString listFile = FileListStore::listFile(listFolder("abc"));
+        const QByteArray stored = readFile(listFile);
         if (c.tied)
             view.openList(listFolder("abc"));
         view.loadServerFile();
 
-        QStringList names;
-        for (const FileListEntry& entry : view.entries())
-            names.append(entry.localName);
-        EXPECT_EQ(names, c.names);
-        EXPECT_EQ(answers_.messages, c.messages);
+        EXPECT_EQ(localNames(view.entries()), c.names);
+        EXPECT_TRUE(notifier_.messages.isEmpty());
         if (!c.answers.empty()) {
             EXPECT_EQ(
-                answers_.questions.at(0).caption, StringTable::text(ids::kAppendOrReplaceCaption));
+                notifier_.questions.at(0).caption, StringTable::text(ids::kAppendOrReplaceCaption));
         }
-        const auto savedNames = [&] {
-            QStringList saved;
-            for (const FileListEntry& entry :
-                FileList::readStored(FileListStore::listFile(listFolder("abc"))))
-                saved.append(entry.localName);
-            return saved;
-        };
         if (c.savedAtOnce) {
-            EXPECT_EQ(savedNames(), c.names);
+            EXPECT_EQ(localNames(FileList::readStored(listFile)), c.names);
             EXPECT_FALSE(view.changed());
         } else {
-            EXPECT_EQ(readFile(FileListStore::listFile(listFolder("abc"))), stored);
+            EXPECT_EQ(readFile(listFile), stored);
         }
     }
 }
 
 TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
 {
+    // A name is asked for when the view holds entries and stands for no saved list.
     struct Case {
         const char* what;
         bool tied;
         bool empty;
         std::optional<QString> name;
         bool plainFileInTheWay;
-        QStringList prompts;
         const char* savedIn; // the list folder written, or none
+        int message = 0;
     };
-    const QString prompt = StringTable::text(ids::kEnterFileListName) + u'|';
     const Case cases[] = {
-        { "a new name", false, false, QStringLiteral("web"), false, { prompt }, "web" },
-        { "a plain file of that name", false, false, QStringLiteral("web"), true, { prompt },
-            nullptr },
-        { "prompt cancelled", false, false, std::nullopt, false, { prompt }, nullptr },
-        { "an empty list", false, true, QStringLiteral("web"), false, {}, nullptr },
-        { "tied to a list", true, false, std::nullopt, false, {}, "abc" },
+        { "a new name", false, false, "web", false, "web" },
+        { "a plain file of that name", false, false, "web", true, nullptr },
+        { "a name that leads out of the lists", false, false, "../web", false, nullptr,
+            ids::kNoPathToCreateDirectory },
+        { "prompt cancelled", false, false, std::nullopt, false, nullptr },
+        { "an empty list", false, true, "web", false, nullptr },
+        { "tied to a list", true, false, std::nullopt, false, "abc" },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         QDir(FileListStore::root()).removeRecursively();
-        CFileListView view(answers_);
+        CFileListView view(notifier_);
         prompts_.clear();
+        notifier_.reset({});
         view.dialogs().askText = view_.dialogs().askText;
         answer_ = c.name;
         if (c.plainFileInTheWay)
@@ -383,7 +306,10 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
         QSignalSpy saved(&view, &CFileListView::listSaved);
         view.saveList();
 
-        EXPECT_EQ(prompts_, c.prompts);
+        EXPECT_EQ(notifier_.messages, texts(c.message));
+        EXPECT_EQ(prompts_,
+            c.tied || c.empty ? QStringList()
+                              : QStringList { StringTable::text(ids::kEnterFileListName) + u'|' });
         if (!c.savedIn) {
             EXPECT_EQ(saved.count(), 0);
             EXPECT_EQ(view.changed(), !c.empty);
@@ -392,8 +318,8 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
         }
         ASSERT_EQ(saved.count(), 1);
         EXPECT_EQ(saved.at(0).at(0).toString(), listFolder(c.savedIn));
-        EXPECT_EQ(stored(FileList::readStored(FileListStore::listFile(listFolder(c.savedIn)))),
-            stored(view.entries()));
+        EXPECT_EQ(summary(FileList::readStored(FileListStore::listFile(listFolder(c.savedIn)))),
+            summary(view.entries()));
         EXPECT_FALSE(view.changed());
     }
 }

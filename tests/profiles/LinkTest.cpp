@@ -120,14 +120,17 @@ TEST_F(LinkTest, LinksFollowRenamedAndDeletedProfilesAndLists)
             { "<P>/euro/PARIS.INI <P>/eu2/oslo.ini <F>/daily/flist.ini",
                 "<P>/euro/SUB/ROME.INI <F>/weekly/flist.ini" } },
         { {},
-            [](auto& s, auto&) { (void)s.renameProfile(profile("eu/paris.ini"), QStringLiteral("lu")); },
+            [](auto& s, auto&) {
+                (void)s.renameProfile(profile("eu/paris.ini"), QStringLiteral("lu"));
+            },
             { "<P>/eu/lu.ini <P>/eu2/oslo.ini <F>/daily/flist.ini", nullptr,
                 "<P>/eu/lu.ini <F>/DAILY/flist.ini" } },
         { { Answer::Accepted },
             [](auto& s, auto&) { s.deleteProfiles({ profile("eu/paris.ini") }); },
             { "-", nullptr, "-" } },
         { { Answer::Middle }, [](auto& s, auto&) { s.deleteFolder(profile("eu")); }, { "-", "-" } },
-        { {}, [](auto&, auto& s) { (void)s.renameList(listFolder("daily"), QStringLiteral("day")); },
+        { {},
+            [](auto&, auto& s) { (void)s.renameList(listFolder("daily"), QStringLiteral("day")); },
             { "<P>/eu/paris.ini <P>/eu2/oslo.ini <F>/day/flist.ini", nullptr,
                 "<P>/EU/PARIS.INI <F>/day/flist.ini" } },
         { { Answer::Accepted }, [](auto&, auto& s) { s.deleteList(listFolder("daily")); },
@@ -192,16 +195,6 @@ TEST_F(LinkTest, DamagedFilesReadAsWhatCanBeRead)
     EXPECT_TRUE(FileList::readStored(temp_.root()).empty());
 }
 
-// One line per entry, "folder|local|remote|size", so that a whole list compares and prints.
-QStringList summary(const FileList& list)
-{
-    QStringList lines;
-    for (const FileListEntry& e : list.entries())
-        lines.append(
-            QStringLiteral("%1|%2|%3|%4").arg(e.folder, e.localName, e.remoteName).arg(e.size));
-    return lines;
-}
-
 class FileListTest : public test::ProfilesFixture {
 protected:
     void SetUp() override
@@ -218,13 +211,6 @@ protected:
     {
         writeFile(temp_.root() + QStringLiteral("/paths.fls"), body);
         return temp_.root() + QStringLiteral("/paths.fls");
-    }
-    [[nodiscard]] FileList listOf(std::initializer_list<const char*> names) const
-    {
-        FileList list;
-        for (const char* name : names)
-            list.add({ localFolder(), QString::fromUtf8(name), QString(), 1, 0, 0 });
-        return list;
     }
     const QString listFile = localFolder() + QStringLiteral("/flist.ini");
 };
@@ -260,7 +246,7 @@ TEST_F(FileListTest, LoadTakesTheCountedEntriesOnceEach)
         writeFile(listFile, c.file);
         FileList list;
         list.load(listFile);
-        EXPECT_EQ(summary(list), c.entries) << c.file.constData();
+        EXPECT_EQ(test::summary(list.entries()), c.entries) << c.file.constData();
         EXPECT_FALSE(list.changed());
     }
 }
@@ -301,7 +287,7 @@ TEST_F(FileListTest, ServerFileLinesAreTakenAsTheyStand)
         FileList list;
         EXPECT_EQ(list.loadServerFile(fls(c.bytes), QString(), notifier_),
             FileList::ServerFileLoad::Replaced);
-        EXPECT_EQ(summary(list), c.entries) << c.bytes.constData();
+        EXPECT_EQ(test::summary(list.entries()), c.entries) << c.bytes.constData();
     }
     EXPECT_TRUE(notifier_.questions.empty()) << "an empty list is replaced without asking";
 }
@@ -325,48 +311,38 @@ TEST_F(FileListTest, ServerFileAppendsReplacesOrCancels)
     };
     for (const auto& c : cases) {
         QFile::remove(listFile);
-        FileList list = listOf({ "B.TXT" });
+        FileList list;
+        ASSERT_TRUE(list.add({ localFolder(), QStringLiteral("B.TXT"), QString(), 1, 0, 0 }));
         test::ScriptedNotifier notifier(c.answers);
         EXPECT_EQ(list.loadServerFile(fls(c.bytes), listFile, notifier), c.result);
         EXPECT_TRUE(notifier.answers.empty());
-        QStringList names;
-        for (const FileListEntry& e : list.entries())
-            names.append(e.localName);
-        EXPECT_EQ(names, c.names);
+        EXPECT_EQ(test::localNames(list.entries()), c.names);
         EXPECT_EQ(QFileInfo::exists(listFile), c.saved) << "appended entries wait to be saved";
         EXPECT_EQ(notifier.messages,
             test::texts(c.result == Load::Refused ? ids::kNotAnFtpServerFile : 0));
     }
 }
 
-TEST_F(FileListTest, RemoveAsksForEachRowAndTouchesNoFile)
-{
-    const struct {
-        std::vector<int> rows;
-        std::deque<Answer> answers;
-        QStringList left;
-    } cases[] = {
-        { { 0, 2 }, { Answer::Accepted, Answer::Cancelled }, { "B.TXT", "c.log" } },
-        { { 0, 1, 2 }, { Answer::Middle }, {} },
-    };
-    for (const auto& c : cases) {
-        FileList list = listOf({ "a.txt", "B.TXT", "c.log" });
-        test::ScriptedNotifier notifier(c.answers);
-        EXPECT_EQ(list.remove(c.rows, notifier), 3 - c.left.size());
-        QStringList names;
-        for (const FileListEntry& e : list.entries())
-            names.append(e.localName);
-        EXPECT_EQ(names, c.left);
-        EXPECT_EQ(notifier.messages, test::texts(c.rows.empty() ? ids::kSelectFile : 0));
-    }
-    EXPECT_TRUE(QFileInfo::exists(local("a.txt"))) << "the file itself stays";
-}
-
-TEST_F(FileListTest, TheListsRootIsNeverRenamedOrDeleted)
+TEST_F(FileListTest, ListFoldersStayOneLevelBelowTheRoot)
 {
     FileListStore store(notifier_, events_);
     EXPECT_EQ(store.renameList(FileListStore::root(), QStringLiteral("x")), QString());
     EXPECT_FALSE(store.deleteList(FileListStore::root()));
+
+    makeList("daily", { localFolder() + QStringLiteral("|a.txt|") });
+    QDir().mkpath(listFolder("sub"));
+    // Each would move or make the list somewhere else than one folder below the root.
+    for (const char* name : { "../out", "sub/inner", "..", "back\\slash" }) {
+        SCOPED_TRACE(name);
+        notifier_.reset({});
+        EXPECT_EQ(store.renameList(listFolder("daily"), QString::fromUtf8(name)), QString());
+        EXPECT_EQ(notifier_.messages, test::texts(ids::kNoPathToCreateDirectory));
+        EXPECT_FALSE(FileListStore::folderForName(QString::fromUtf8(name)));
+    }
+    EXPECT_TRUE(QFileInfo::exists(FileListStore::listFile(listFolder("daily"))));
+    EXPECT_FALSE(
+        QFileInfo::exists(QFileInfo(FileListStore::root()).path() + QStringLiteral("/out")));
+    EXPECT_EQ(FileListStore::folderForName(QStringLiteral("weekly")), listFolder("weekly"));
 }
 
 } // namespace

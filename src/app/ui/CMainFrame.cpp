@@ -8,10 +8,13 @@
 #include "app/ui/FrameMenus.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/ProfileBar.h"
+#include "distribution/ui/CFtpView.h"
 #include "log/ui/CLogView.h"
 #include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "profiles/FileListStore.h"
+#include "profiles/LinkFile.h"
 #include "profiles/ui/CFileListView.h"
 
 #include <QAction>
@@ -175,6 +178,22 @@ void CMainFrame::connectCommands()
             checkById(menus_->logFilters(), logFilter_);
         });
     }
+    connectProfileBar();
+}
+
+void CMainFrame::connectProfileBar()
+{
+    connect(profileBar_, &ProfileBar::siteChosen, this,
+        [this](const QString& profile) { takeProfiles({ profile }, {}); });
+    connect(profileBar_, &ProfileBar::fileListChosen, this,
+        [this](const QString& folder) { takeProfiles({}, FileListStore::listFile(folder)); });
+    connect(profileBar_, &ProfileBar::linkChosen, this, [this](const QString& file) {
+        const Link link = LinkFile::read(file);
+        QStringList profiles;
+        for (const LinkSite& site : link.sites)
+            profiles << site.profile;
+        takeProfiles(profiles, link.files);
+    });
 }
 
 void CMainFrame::restoreState(LogFilter logFilter)
@@ -282,10 +301,8 @@ void CMainFrame::switchScheduler()
 {
     Scheduler& scheduler = background_.scheduler();
     const bool on = scheduler.isOn();
-    const Question question { QApplication::applicationName(),
-        StringTable::text(on ? ids::kStopScheduler : ids::kStartScheduler), ids::kButtonOk,
-        ids::kButtonAll, false, ids::kButtonCancel };
-    if (notifier_.ask(question) == Answer::Accepted) {
+    if (notifier_.askOkCancel(QApplication::applicationName(),
+            StringTable::text(on ? ids::kStopScheduler : ids::kStartScheduler))) {
         scheduler.setScheduler(!on);
         SettingsStore::set(config::kScheduler, QLatin1StringView(on ? kNo : kYes));
     }
@@ -391,13 +408,28 @@ void CMainFrame::dropEvent(QDropEvent* event)
         event->acceptProposedAction();
 }
 
+bool CMainFrame::acceptsListData()
+{
+    if (screens_->current() == Screen::MultiplePut)
+        return true;
+    notifier_.showMessage(StringTable::text(ids::kMainScreenRefusesData), MessageIcon::Stop);
+    return false;
+}
+
 bool CMainFrame::takeFiles(const QMimeData& files)
 {
-    if (screens_->current() != Screen::MultiplePut) {
-        notifier_.showMessage(StringTable::text(ids::kMainScreenRefusesData), MessageIcon::Stop);
+    return acceptsListData() && views_.fileList && views_.fileList->addDropped(files);
+}
+
+bool CMainFrame::takeProfiles(const QStringList& siteProfiles, const QString& listFile)
+{
+    if (!acceptsListData())
         return false;
-    }
-    return views_.fileList && views_.fileList->addDropped(files);
+    if (views_.sitesList && !siteProfiles.isEmpty())
+        views_.sitesList->addProfiles(siteProfiles);
+    if (views_.fileList && !listFile.isEmpty())
+        views_.fileList->loadList(listFile);
+    return true;
 }
 
 QMenu* CMainFrame::createPopupMenu()

@@ -45,6 +45,9 @@ public:
     // Local files dropped on the frame, or sent by another window, join the file list of the
     // Multiple FTP Put screen; any other screen refuses them with a message. False when refused.
     bool takeFiles(const QMimeData& files);
+    // Site profiles join the sites list and a stored list's entries the file list of the Multiple
+    // FTP Put screen; any other screen refuses them as it refuses files. False when refused.
+    bool takeProfiles(const QStringList& siteProfiles, const QString& listFile);
 
     // Shows the window as WinState says: "ICONIC" starts minimised, in the tray only where there
     // is one.
@@ -75,6 +78,9 @@ protected:
 private:
     void buildBars();
     void connectCommands();
+    void connectProfileBar();
+    // True on the Multiple FTP Put screen; elsewhere says why the frame refuses its data.
+    [[nodiscard]] bool acceptsListData();
     void restoreState(LogFilter logFilter);
     void restoreGeometry();
     void saveGeometry() const;

@@ -3,6 +3,7 @@
 #include "app/SettingsKeys.h"
 #include "app/ui/FrameViews.h"
 #include "app/ui/StoredSplitter.h"
+#include "distribution/ui/CFtpView.h"
 #include "log/ui/CLogView.h"
 #include "profiles/ui/CFileListView.h"
 

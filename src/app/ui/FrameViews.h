@@ -10,6 +10,7 @@ class QWidget;
 namespace zelto {
 
 class CFileListView;
+class CFtpView;
 class CLogView;
 
 // What other windows lend the main frame. The frame re-parents the views into its panes and keeps
@@ -19,8 +20,8 @@ struct FrameViews {
     // Under the work panes of every screen; the Logs menu and the printing commands act on it.
     CLogView* log = nullptr;
     // The two panes of the Multiple FTP Put screen. Files dropped on the frame while that screen
-    // is shown go to the file list.
-    QWidget* sitesList = nullptr;
+    // is shown go to the file list; the profile bar's choices fill both.
+    CFtpView* sitesList = nullptr;
     CFileListView* fileList = nullptr;
     // Commands of the Multiple FTP Put screen (Send Parallel, Send Serial ...): in the FTP menu
     // and on the tool bar, shown while that screen is.

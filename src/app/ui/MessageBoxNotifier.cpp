@@ -44,6 +44,22 @@ template <typename Show> void onUiThread(Show&& show)
         QMetaObject::invokeMethod(qApp, std::forward<Show>(show), Qt::BlockingQueuedConnection);
 }
 
+// A question box with two standard buttons; true when `yes` was chosen, which is the default.
+bool askTwoWay(const QString& caption, const QString& text, QMessageBox::StandardButton yes,
+    QMessageBox::StandardButton no)
+{
+    bool chosen = false;
+    onUiThread([&] {
+        QMessageBox box(
+            QMessageBox::Question, caption, text, yes | no, QApplication::activeWindow());
+        box.setWindowModality(Qt::ApplicationModal);
+        box.setDefaultButton(yes);
+        box.setEscapeButton(no);
+        chosen = box.exec() == yes;
+    });
+    return chosen;
+}
+
 } // namespace
 
 Answer MessageBoxNotifier::ask(const Question& question)
@@ -73,15 +89,12 @@ Answer MessageBoxNotifier::ask(const Question& question)
 
 bool MessageBoxNotifier::askYesNo(const QString& text)
 {
-    bool yes = false;
-    onUiThread([&] {
-        QMessageBox box(QMessageBox::Question, QCoreApplication::applicationName(), text,
-            QMessageBox::Yes | QMessageBox::No, QApplication::activeWindow());
-        box.setWindowModality(Qt::ApplicationModal);
-        box.setDefaultButton(QMessageBox::Yes);
-        yes = box.exec() == QMessageBox::Yes;
-    });
-    return yes;
+    return askTwoWay(QCoreApplication::applicationName(), text, QMessageBox::Yes, QMessageBox::No);
+}
+
+bool MessageBoxNotifier::askOkCancel(const QString& caption, const QString& text)
+{
+    return askTwoWay(caption, text, QMessageBox::Ok, QMessageBox::Cancel);
 }
 
 void MessageBoxNotifier::showMessage(const QString& text, MessageIcon icon)

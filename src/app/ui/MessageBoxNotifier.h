@@ -11,6 +11,7 @@ public:
     void showMessage(const QString& text, MessageIcon icon) override;
     Answer ask(const Question& question) override;
     [[nodiscard]] bool askYesNo(const QString& text) override;
+    [[nodiscard]] bool askOkCancel(const QString& caption, const QString& text) override;
 };
 
 } // namespace zelto

@@ -33,6 +33,15 @@ ProfileBar::ProfileBar(QWidget* parent)
     , links_(addList(tr("Lin&k:"), tr("Link"), tr("The links of sites and a file list")))
 {
     setObjectName(QStringLiteral("profileBar"));
+    const std::pair<QComboBox*, void (ProfileBar::*)(const QString&)> choices[]
+        = { { sites_, &ProfileBar::siteChosen }, { fileLists_, &ProfileBar::fileListChosen },
+              { links_, &ProfileBar::linkChosen } };
+    for (const auto& [list, chosen] : choices) {
+        // Only the user's choice: refilling the lists moves the current item too.
+        connect(list, &QComboBox::activated, this, [this, list, chosen](int index) {
+            Q_EMIT(this->*chosen)(list->itemData(index).toString());
+        });
+    }
     profilesChanged();
     fileListsChanged();
     linksChanged();

@@ -9,7 +9,7 @@ class QComboBox;
 namespace zelto {
 
 // The profile bar: drop-down lists of the site profiles, the file lists and the links, each item
-// carrying its file's path. Choosing an item only shows it. The lists are read again whenever the
+// carrying its file's path; choosing an item says which. The lists are read again whenever the
 // profile and link operations report a change.
 class ProfileBar final : public QToolBar, public ProfileEvents {
     Q_OBJECT
@@ -24,6 +24,11 @@ public:
     [[nodiscard]] QComboBox* sites() const { return sites_; }
     [[nodiscard]] QComboBox* fileLists() const { return fileLists_; }
     [[nodiscard]] QComboBox* links() const { return links_; }
+
+Q_SIGNALS:
+    void siteChosen(const QString& profileFile);
+    void fileListChosen(const QString& listFolder);
+    void linkChosen(const QString& linkFile);
 
 private:
     QComboBox* addList(const QString& label, const QString& hint, const QString& tip);

@@ -166,13 +166,10 @@ void CLogView::saveLog()
     const QString path = chooseFile_(this, FileAction::Save);
     if (path.isEmpty())
         return;
-    if (QFileInfo::exists(path)) {
-        const Question question { QApplication::applicationName(),
-            StringTable::text(ids::kFileExistsOverwrite), ids::kButtonOk, ids::kButtonAll, false,
-            ids::kButtonCancel };
-        if (notifier_.ask(question) != Answer::Accepted)
-            return;
-    }
+    if (QFileInfo::exists(path)
+        && !notifier_.askOkCancel(
+            QApplication::applicationName(), StringTable::text(ids::kFileExistsOverwrite)))
+        return;
     if (!LogFile::save(path, model_->shownRecords()))
         notifier_.showMessage(tr("The log could not be saved to %1.").arg(path), MessageIcon::Stop);
 }

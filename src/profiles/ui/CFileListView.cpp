@@ -1,9 +1,11 @@
 #include "CFileListView.h"
 
 #include "app/ui/ReportList.h"
+#include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "profiles/FileListStore.h"
+#include "profiles/FolderTree.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -111,6 +113,11 @@ void CFileListView::openList(const QString& listFolder)
     model_.open(FileListStore::listFile(listFolder));
 }
 
+void CFileListView::loadList(const QString& listFile)
+{
+    model_.load(listFile);
+}
+
 bool CFileListView::addDropped(const QMimeData& data)
 {
     const QStringList paths = localPaths(data);
@@ -196,6 +203,11 @@ void CFileListView::saveList()
             = dialogs_.askText(StringTable::text(ids::kEnterFileListName), {});
         if (!name || name->trimmed().isEmpty())
             return;
+        if (!FolderTree::isFolderName(name->trimmed())) {
+            notifier_.showMessage(
+                StringTable::text(ids::kNoPathToCreateDirectory), MessageIcon::Stop);
+            return;
+        }
         const std::optional<QString> made = FileListStore::folderForName(name->trimmed());
         if (!made)
             return;

@@ -54,6 +54,8 @@ public:
 
     // Ties the view to a list folder and shows that list (the file-list screen's selection).
     void openList(const QString& listFolder);
+    // Adds the entries of a stored list ("flist.ini") to the view, which stays tied as it was.
+    void loadList(const QString& listFile);
 
     // Adds the local files and folders named by dropped urls (on the view, or on the frame that
     // hands them on). False when none of them is a local path.

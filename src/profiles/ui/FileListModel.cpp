@@ -110,6 +110,14 @@ void FileListModel::open(const QString& listFile)
     });
 }
 
+void FileListModel::load(const QString& listFile)
+{
+    resetAround([&] {
+        list_.load(listFile);
+        return true;
+    });
+}
+
 FileList::ServerFileLoad FileListModel::loadServerFile(
     const QString& flsFile, const QString& listFile, Notifier& notifier)
 {

@@ -32,6 +32,8 @@ public:
     bool add(const FileListEntry& entry);
     // Empties the list and loads a "flist.ini" file.
     void open(const QString& listFile);
+    // Adds the entries of a "flist.ini" file to those shown.
+    void load(const QString& listFile);
     FileList::ServerFileLoad loadServerFile(
         const QString& flsFile, const QString& listFile, Notifier& notifier);
     int remove(const std::vector<int>& rows, Notifier& notifier);
