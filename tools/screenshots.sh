@@ -11,7 +11,8 @@
 #   transfer-windows.png  the whole screen while the link's transfers run
 #   log-view.png          the main window once the transfers have ended: the log of the run
 #
-# Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Settings and data live under
+# Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib; xdotool and openbox are
+# optional. Settings and data live under
 # BUILD_DIR/demo-home, never in your own.
 set -euo pipefail
 
@@ -44,7 +45,23 @@ shot() {
   "$PYTHON" "$ROOT/tools/xwd_to_png.py" "$DEMO/run/screen.xwd" "$OUT/$name.png" "$@"
   echo "   $OUT/$name.png"
 }
-window_shot() { shot "$1" "$X" "$Y" "$WIDTH" "$HEIGHT"; }
+# window_shot NAME: the main window, with its title bar where a window manager drew one.
+MAIN_WINDOW=
+window_shot() {
+  local extents
+  if [ -n "$MAIN_WINDOW" ] && command -v xprop >/dev/null \
+    && extents=$(xprop -id "$MAIN_WINDOW" _NET_FRAME_EXTENTS | grep -o '[0-9].*'); then
+    local info left right top bottom
+    info=$(xwininfo -id "$MAIN_WINDOW")
+    field() { sed -n "s/^ *$1: *//p" <<<"$info"; }
+    IFS=', ' read -r left right top bottom <<<"$extents"
+    shot "$1" "$(($(field 'Absolute upper-left X') - left))" \
+      "$(($(field 'Absolute upper-left Y') - top))" "$(($(field Width) + left + right))" \
+      "$(($(field Height) + top + bottom))"
+  else
+    shot "$1" "$X" "$Y" "$WIDTH" "$HEIGHT"
+  fi
+}
 
 for name in alpha beta; do demo_faults "$name" '{"stall": {"STOR": 1.5}}'; done
 
@@ -72,10 +89,17 @@ x=$X
 y=$Y
 EOT
 
+# With a window manager (openbox) the windows wear their title bars, as on a desktop.
+WM_PID=
+if command -v openbox >/dev/null; then
+  openbox > "$DEMO/run/openbox.out" 2>&1 &
+  WM_PID=$!
+fi
+
 echo "== zelto, the scheduler sending the link \"demo\" at $AT"
 "$ZELTO" > "$DEMO/run/zelto.out" 2>&1 &
 ZELTO_PID=$!
-trap 'kill "$ZELTO_PID" 2>/dev/null || true; wait "$ZELTO_PID" 2>/dev/null || true; stop_servers' EXIT
+trap 'kill "$ZELTO_PID" $WM_PID 2>/dev/null || true; wait "$ZELTO_PID" 2>/dev/null || true; stop_servers' EXIT
 
 # uploads_done N: waits (30 s at most) until the servers hold N files.
 uploads_done() {
@@ -87,6 +111,17 @@ uploads_done() {
 }
 
 sleep 3
+# With xdotool the link is chosen on the profile bar (Alt+K, then the first link), so that the
+# screen shows its sites and files; without it the panes stay empty.
+if command -v xdotool >/dev/null; then
+  # The keys go to the window that has the input focus: activated through the window manager,
+  # or focused directly without one.
+  MAIN_WINDOW=$(xdotool search --onlyvisible --name "^Zelto" | head -n 1)
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  xdotool key alt+k Down || true
+  sleep 1
+fi
 window_shot main-window
 # One file on each good server: the transfers are under way.
 uploads_done 2 || echo "   the link did not start: no transfer windows to show" >&2

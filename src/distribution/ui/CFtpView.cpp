@@ -13,12 +13,11 @@ CFtpView::CFtpView(QWidget* parent) : QTreeView(parent)
 {
     setModel(&model_);
     setUpReportList(*this);
-    header()->setStretchLastSection(false);
-    header()->resizeSection(SiteListModel::Server, 180);
-    header()->resizeSection(SiteListModel::Login, 110);
-    header()->resizeSection(SiteListModel::Password, 80);
-    header()->resizeSection(SiteListModel::RemoteFolder, 180);
-    header()->resizeSection(SiteListModel::Port, 60);
+    // The last column takes what is left, so that a pane of usual width needs no scroll bar.
+    header()->resizeSection(SiteListModel::Server, 140);
+    header()->resizeSection(SiteListModel::Login, 80);
+    header()->resizeSection(SiteListModel::Password, 70);
+    header()->resizeSection(SiteListModel::RemoteFolder, 120);
     chooser_ = [this] {
         CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root(), this);
         return chooser.exec() == QDialog::Accepted ? chooser.chosen() : QStringList();

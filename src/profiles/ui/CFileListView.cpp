@@ -49,11 +49,10 @@ CFileListView::CFileListView(Notifier& notifier, QWidget* parent)
     setUpReportList(*this);
     setAcceptDrops(true);
     viewport()->setAcceptDrops(true);
-    header()->setStretchLastSection(false);
-    header()->resizeSection(FileListModel::Name, 180);
-    header()->resizeSection(FileListModel::Folder, 260);
-    header()->resizeSection(FileListModel::RemoteName, 180);
-    header()->resizeSection(FileListModel::Size, 90);
+    // The last column takes what is left, so that a pane of usual width needs no scroll bar.
+    header()->resizeSection(FileListModel::Name, 130);
+    header()->resizeSection(FileListModel::Folder, 160);
+    header()->resizeSection(FileListModel::RemoteName, 120);
     connect(&model_, &FileListModel::changedFlagChanged, this, &CFileListView::changedFlagChanged);
     slices_.setInterval(0);
     connect(&slices_, &QTimer::timeout, this, &CFileListView::addSlice);
