@@ -324,5 +324,20 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
     }
 }
 
+TEST_F(FileListViewTest, ASaveThatFailsSaysSoAndKeepsTheListChanged)
+{
+    // A folder where the list file goes: the write cannot replace it.
+    ASSERT_TRUE(QDir().mkpath(FileListStore::listFile(listFolder("web"))));
+    view_.openList(listFolder("web"));
+    view_.addPaths({ local("b.txt") });
+    ASSERT_TRUE(waitUntil([&] { return !view_.adding(); }, kDeadline));
+    QSignalSpy saved(&view_, &CFileListView::listSaved);
+    view_.saveList();
+    EXPECT_EQ(saved.count(), 0);
+    ASSERT_EQ(notifier_.messages.size(), 1);
+    EXPECT_TRUE(notifier_.messages[0].contains(FileListStore::listFile(listFolder("web"))));
+    EXPECT_TRUE(view_.changed());
+}
+
 } // namespace
 } // namespace zelto::test

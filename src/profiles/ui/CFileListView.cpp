@@ -212,8 +212,15 @@ void CFileListView::saveList()
             return;
         folder = *made;
     }
-    if (model_.save(FileListStore::listFile(folder)))
-        Q_EMIT listSaved(folder);
+    const QString listFile = FileListStore::listFile(folder);
+    if (!model_.save(listFile)) {
+        // The list stays changed in the view, so nothing is lost.
+        notifier_.showMessage(
+            tr("The list could not be saved to %1.").arg(QDir::toNativeSeparators(listFile)),
+            MessageIcon::Stop);
+        return;
+    }
+    Q_EMIT listSaved(folder);
 }
 
 std::vector<int> CFileListView::selectedRows() const
