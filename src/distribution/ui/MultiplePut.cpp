@@ -57,6 +57,8 @@ MultiplePut::MultiplePut(CFtpView& sites, CFileListView& files, ProgramServices&
 {
     sendParallel_->setToolTip(tr("Send the files to every site at once, one window per site"));
     sendSerial_->setToolTip(tr("Send the files to the sites one after another, in one window"));
+    sendParallel_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
+    sendSerial_->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Return));
     for (QAction* action : actions())
         action->setStatusTip(action->toolTip());
     connect(sendParallel_, &QAction::triggered, this, &MultiplePut::sendParallel);
