@@ -55,9 +55,11 @@ std::shared_ptr<ScriptProgress> BackgroundWork::runScript(const QString& path)
 {
     dropEndedScripts();
     auto progress = std::make_shared<ScriptProgress>();
-    auto run = std::make_unique<ScriptRun>(services_.jobs(), services_.threads(), progress);
+    auto run = std::make_shared<ScriptRun>(services_.jobs(), services_.threads(), progress);
     run->start(path);
-    scripts_.push_back({ progress, std::move(run) });
+    scripts_.push_back({ progress, run });
+    if (scriptStarting_)
+        scriptStarting_(path, std::move(run), progress);
     return progress;
 }
 

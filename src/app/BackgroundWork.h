@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -43,6 +44,10 @@ public:
     {
         linkJobStarting_ = std::move(starting);
     }
+    // How the scripts started here are shown (a windowed run opens a progress window each).
+    using ScriptStarting = std::function<void(const QString& path, std::shared_ptr<ScriptRun> run,
+        std::shared_ptr<ScriptProgress> progress)>;
+    void setScriptStarting(ScriptStarting starting) { scriptStarting_ = std::move(starting); }
     // Runs a command script on a worker of its own; its progress window reads the lines.
     std::shared_ptr<ScriptProgress> runScript(const QString& path);
 
@@ -53,7 +58,8 @@ public:
 private:
     struct Script {
         std::shared_ptr<ScriptProgress> progress;
-        std::unique_ptr<ScriptRun> run;
+        // Shared with the run's window, which may still ask it to stop.
+        std::shared_ptr<ScriptRun> run;
     };
 
     void linkEnded(const LinkDistribution* link);
@@ -65,6 +71,7 @@ private:
     QueueResendTimer resendTimer_;
     Scheduler scheduler_;
     LinkDistribution::JobStarting linkJobStarting_;
+    ScriptStarting scriptStarting_;
     std::vector<std::unique_ptr<LinkDistribution>> links_;
     std::vector<Script> scripts_;
     // Destroyed first: a link's end that is still posted is dropped with it.

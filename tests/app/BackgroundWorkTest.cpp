@@ -99,9 +99,13 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
     SilentPlayer player;
     ProgramServices services(notifier, player);
     BackgroundWork work(services, [] { return QDateTime(QDate(2026, 11, 21), QTime(7, 30)); });
+    // A windowed run shows each script it starts: here the path the window would name.
+    QStringList shown;
+    work.setScriptStarting([&](const QString& path, auto, auto) { shown << path; });
     work.scheduler().checkSchedule();
     EXPECT_EQ(work.runningLinks(), 2u);
     EXPECT_EQ(work.runningScripts(), 1u);
+    EXPECT_EQ(shown, QStringList { script.fileName() });
 
     ASSERT_TRUE(waitUntil([&] { return work.runningLinks() == 0 && work.runningScripts() == 0; },
         std::chrono::seconds(30)));

@@ -312,11 +312,17 @@ TEST(MainFrameTest, TrayMenuHoldsItsCommandsInOrderAndOpensTwiceOverAShownWindow
     EXPECT_FALSE(waitUntil([&] { return !opened.isEmpty(); }, 800ms));
 }
 
-TEST(MainFrameTest, TransferStatisticsNeedsItsWindow)
+TEST(MainFrameTest, WindowCommandsNeedTheWindowsTheyOpen)
 {
     FrameRun run;
-    run.open();
+    QWidget* opener = nullptr;
+    FrameViews views;
+    views.runScript = [&](QWidget* frame) { opener = frame; };
+    run.open(views);
     EXPECT_FALSE(run.command(cmd::kTransferStatistics)->isEnabled());
+    ASSERT_TRUE(run.command(cmd::kFtpScripts)->isEnabled());
+    run.command(cmd::kFtpScripts)->trigger();
+    EXPECT_EQ(opener, run.frame.get());
 }
 
 TEST(MainFrameTest, ToggleAndMinimiseKeepWinStateWhereThereIsATray)

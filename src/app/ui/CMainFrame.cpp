@@ -155,10 +155,15 @@ void CMainFrame::connectCommands()
     connect(command(cmd::kCloseZelto), &QAction::triggered, this, &QWidget::close);
     connect(command(cmd::kAbout), &QAction::triggered, this, &CMainFrame::showAbout);
 
-    QAction* statistics = command(cmd::kTransferStatistics);
-    statistics->setEnabled(bool(views_.showStatistics));
-    if (views_.showStatistics)
-        connect(statistics, &QAction::triggered, this, [this] { views_.showStatistics(this); });
+    // Commands that open another window: enabled when the frame was lent one.
+    const std::pair<int, std::function<void(QWidget*)>*> windows[]
+        = { { cmd::kTransferStatistics, &views_.showStatistics },
+              { cmd::kFtpScripts, &views_.runScript } };
+    for (const auto& [id, open] : windows) {
+        command(id)->setEnabled(bool(*open));
+        if (*open)
+            connect(command(id), &QAction::triggered, this, [this, open] { (*open)(this); });
+    }
 
     CLogView* log = views_.log;
     const std::pair<int, void (CLogView::*)()> logCommands[]

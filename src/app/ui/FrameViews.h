@@ -29,6 +29,9 @@ struct FrameViews {
     // Opens the transfer statistics window over the frame ("Transfer Statistics" in the FTP and
     // tray menus); StatisticsDialog::showOrRaise fits.
     std::function<void(QWidget* frame)> showStatistics;
+    // "FTP Scripts...": asks for a command script over the frame and runs it in its progress
+    // window.
+    std::function<void(QWidget* frame)> runScript;
 };
 
 } // namespace zelto

@@ -1,6 +1,7 @@
 #include "WindowedRun.h"
 
 #include "app/BackgroundWork.h"
+#include "app/DataFolders.h"
 #include "app/ProgramServices.h"
 #include "app/StartupChecks.h"
 #include "app/ui/CMainFrame.h"
@@ -13,9 +14,11 @@
 #include "log/ui/CLogView.h"
 #include "options/ui/QtSoundPlayer.h"
 #include "profiles/ui/CFileListView.h"
+#include "scripts/ui/ScriptProgressDialog.h"
 
 #include <QApplication>
 #include <QDateTime>
+#include <QFileDialog>
 #include <QPointer>
 #include <QTimer>
 #include <QWindow>
@@ -91,6 +94,12 @@ int WindowedRun::run(const StartRequest& request)
     views.fileList = files;
     views.multiplePutActions = multiplePut.actions();
     views.showStatistics = &StatisticsDialog::showOrRaise;
+    views.runScript = [&background](QWidget* frame) {
+        const QString path = QFileDialog::getOpenFileName(frame, QObject::tr("Run FTP Script"),
+            DataFolders::base(), QObject::tr("FTP scripts (*.cmd);;All files (*)"));
+        if (!path.isEmpty())
+            background.runScript(path);
+    };
     CMainFrame frame(services, background, notifier, tray, std::move(views));
     // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.
     background.setLinkJobStarting([&notifier, &frame, previous = QPointer<CTransferDlg>()](
@@ -98,6 +107,13 @@ int WindowedRun::run(const StartRequest& request)
         previous = new CTransferDlg(job, notifier, previous.data(), &frame);
         previous->show();
     });
+    // Every script, from the menu or the scheduler, shows its steps in a window of its own.
+    background.setScriptStarting(
+        [&notifier, &frame](const QString& path, std::shared_ptr<ScriptRun> run,
+            std::shared_ptr<ScriptProgress> progress) {
+            (new ScriptProgressDialog(path, std::move(run), std::move(progress), notifier, &frame))
+                ->show();
+        });
     QObject::connect(
         &frame, &CMainFrame::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     FirstShowReport::watch(frame);
