@@ -8,11 +8,13 @@
 #
 # Writes to OUT_DIR:
 #   main-window.png       the main window on the Multiple FTP Put screen, with its three bars
-#   transfer-windows.png  the whole screen while the link's transfers run
+#   transfer-windows.png  the main window and its transfer windows while the link's transfers run
 #   log-view.png          the main window once the transfers have ended: the log of the run
+#   script-window.png     the progress window of a script that the scheduler ran beside the link
 #
-# Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib; xdotool and openbox are
-# optional. Settings and data live under
+# Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
+# x11-utils (to choose the link on the profile bar and to shoot the script's window) and openbox
+# (title bars). Settings and data live under
 # BUILD_DIR/demo-home, never in your own.
 set -euo pipefail
 
@@ -45,23 +47,30 @@ shot() {
   "$PYTHON" "$ROOT/tools/xwd_to_png.py" "$DEMO/run/screen.xwd" "$OUT/$name.png" "$@"
   echo "   $OUT/$name.png"
 }
-# window_shot NAME: the main window, with its title bar where a window manager drew one.
+# frame_shot NAME WINDOW: that window, with the title bar that a window manager drew around it.
+frame_shot() {
+  local extents info left right top bottom
+  extents=$(xprop -id "$2" _NET_FRAME_EXTENTS | grep -o '[0-9].*') || extents="0, 0, 0, 0"
+  IFS=', ' read -r left right top bottom <<<"$extents"
+  info=$(xwininfo -id "$2")
+  field() { sed -n "s/^ *$1: *//p" <<<"$info"; }
+  shot "$1" "$(($(field 'Absolute upper-left X') - left))" \
+    "$(($(field 'Absolute upper-left Y') - top))" "$(($(field Width) + left + right))" \
+    "$(($(field Height) + top + bottom))"
+}
+# window_shot NAME: the main window.
 MAIN_WINDOW=
 window_shot() {
-  local extents
-  if [ -n "$MAIN_WINDOW" ] && command -v xprop >/dev/null \
-    && extents=$(xprop -id "$MAIN_WINDOW" _NET_FRAME_EXTENTS | grep -o '[0-9].*'); then
-    local info left right top bottom
-    info=$(xwininfo -id "$MAIN_WINDOW")
-    field() { sed -n "s/^ *$1: *//p" <<<"$info"; }
-    IFS=', ' read -r left right top bottom <<<"$extents"
-    shot "$1" "$(($(field 'Absolute upper-left X') - left))" \
-      "$(($(field 'Absolute upper-left Y') - top))" "$(($(field Width) + left + right))" \
-      "$(($(field Height) + top + bottom))"
+  if [ -n "$MAIN_WINDOW" ]; then
+    frame_shot "$1" "$MAIN_WINDOW"
   else
     shot "$1" "$X" "$Y" "$WIDTH" "$HEIGHT"
   fi
 }
+# The window tools: xdotool finds and drives windows, xprop and xwininfo measure them.
+TOOLS=
+command -v xdotool >/dev/null && command -v xprop >/dev/null && command -v xwininfo >/dev/null \
+  && TOOLS=yes
 
 for name in alpha beta; do demo_faults "$name" '{"stall": {"STOR": 1.5}}'; done
 
@@ -79,8 +88,9 @@ StartScreen=MULTIPLE_PUT
 Scheduler=YES
 
 [SCHEDULE]
-NumTimers=1
+NumTimers=2
 Timer0=demo Daily ---- $AT On
+Timer1=publish.cmd Daily ---- $AT On
 
 [Dimensions%5CMain%5CMainframe]
 Width=$WIDTH
@@ -96,7 +106,20 @@ if command -v openbox >/dev/null; then
   WM_PID=$!
 fi
 
-echo "== zelto, the scheduler sending the link \"demo\" at $AT"
+# A script beside the link: a release folder on alpha, and a login that gamma refuses.
+cat > "$DATA/publish.cmd" <<EOT
+/ The home page into a release folder of alpha
+open alpha 127.0.0.1 demo demo ${PORT[alpha]}
+open gamma 127.0.0.1 demo demo ${PORT[gamma]}
+lcd $DEMO/www
+mkdir alpha release
+cd alpha release
+put alpha index.html
+rename alpha index.html home.html
+close alpha
+EOT
+
+echo "== zelto, the scheduler sending the link \"demo\" and running publish.cmd at $AT"
 "$ZELTO" > "$DEMO/run/zelto.out" 2>&1 &
 ZELTO_PID=$!
 trap 'kill "$ZELTO_PID" $WM_PID 2>/dev/null || true; wait "$ZELTO_PID" 2>/dev/null || true; stop_servers' EXIT
@@ -111,9 +134,9 @@ uploads_done() {
 }
 
 sleep 3
-# With xdotool the link is chosen on the profile bar (Alt+K, then the first link), so that the
-# screen shows its sites and files; without it the panes stay empty.
-if command -v xdotool >/dev/null; then
+# With the window tools the link is chosen on the profile bar (Alt+K, then the first link), so
+# that the screen shows its sites and files; without them the panes stay empty.
+if [ -n "$TOOLS" ]; then
   # The keys go to the window that has the input focus: activated through the window manager,
   # or focused directly without one.
   MAIN_WINDOW=$(xdotool search --onlyvisible --name "^Zelto" | head -n 1)
@@ -125,8 +148,21 @@ fi
 window_shot main-window
 # One file on each good server: the transfers are under way.
 uploads_done 2 || echo "   the link did not start: no transfer windows to show" >&2
+# The script's window waits beside the screen until its own shot, so that it hides no transfer
+# window (minimised, it would take its main window along).
+SCRIPT_WINDOW=
+if [ -n "$TOOLS" ]; then
+  SCRIPT_WINDOW=$(xdotool search --sync --onlyvisible --name "^Script " | head -n 1)
+  xdotool windowmove --sync "$SCRIPT_WINDOW" 2000 0 || true
+fi
 sleep 0.5
-shot transfer-windows
-uploads_done 8 || echo "   the link did not end in time" >&2
+window_shot transfer-windows
+# The link's 8 files and the script's one.
+uploads_done 9 || echo "   the link did not end in time" >&2
 sleep 2
 window_shot log-view
+if [ -n "$SCRIPT_WINDOW" ]; then
+  xdotool windowmove --sync "$SCRIPT_WINDOW" 360 200 || true
+  sleep 0.5
+  frame_shot script-window "$SCRIPT_WINDOW"
+fi

@@ -33,8 +33,10 @@ ScriptProgressDialog::ScriptProgressDialog(const QString& scriptPath,
     setWindowTitle(tr("Script %1").arg(QFileInfo(scriptPath).fileName()));
 
     list_->setModel(&lines_);
-    // Thousands of steps stay cheap: every row has the height of the first.
-    list_->setUniformItemSizes(true);
+    // Long lines keep their words (the list scrolls sideways); thousands of steps are laid out
+    // a batch at a time.
+    list_->setTextElideMode(Qt::ElideNone);
+    list_->setLayoutMode(QListView::Batched);
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -44,7 +46,7 @@ ScriptProgressDialog::ScriptProgressDialog(const QString& scriptPath,
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(list_);
     layout->addWidget(buttons);
-    resize(560, 320);
+    resize(640, 340);
 
     showState();
     poll_.setInterval(kPollInterval);
