@@ -23,11 +23,6 @@ using namespace listfile;
 // The confirmation of a new remote name is captioned with this word; it has no text id.
 constexpr char kRenameCaption[] = "QUESTION";
 
-bool sameIgnoringCase(const QString& a, const QString& b)
-{
-    return a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
 FileListEntry entryFor(const QFileInfo& info, const QString& folder)
 {
     FileListEntry entry;
@@ -67,18 +62,23 @@ QString folderOf(const QString& path)
 
 } // namespace
 
+QString FileList::keyOf(const QString& folder, const QString& localName)
+{
+    // A NUL never stands in a path, so no two pairs give the same key.
+    return folder.toCaseFolded() + QChar(0) + localName.toCaseFolded();
+}
+
 bool FileList::contains(const QString& folder, const QString& localName) const
 {
-    return std::any_of(entries_.begin(), entries_.end(), [&](const FileListEntry& entry) {
-        return sameIgnoringCase(entry.localName, localName)
-            && sameIgnoringCase(entry.folder, folder);
-    });
+    return keys_.contains(keyOf(folder, localName));
 }
 
 bool FileList::add(const FileListEntry& entry)
 {
-    if (contains(entry.folder, entry.localName))
+    const QString key = keyOf(entry.folder, entry.localName);
+    if (keys_.contains(key))
         return false;
+    keys_.insert(key);
     entries_.push_back(entry);
     changed_ = true;
     return true;
@@ -98,6 +98,7 @@ int FileList::addMatching(const QString& folder, const QString& pattern)
 void FileList::clear()
 {
     entries_.clear();
+    keys_.clear();
 }
 
 std::vector<FileListEntry> FileList::readStored(const QString& listFile)
@@ -217,13 +218,23 @@ int FileList::remove(const std::vector<int>& rows, Notifier& notifier)
         }
         removed.push_back(row);
     }
-    std::sort(removed.begin(), removed.end(), std::greater<>());
-    removed.erase(std::unique(removed.begin(), removed.end()), removed.end());
-    for (const int row : removed)
-        entries_.erase(entries_.begin() + row);
-    if (!removed.empty())
+    std::vector<bool> gone(entries_.size(), false);
+    for (const int row : removed) {
+        gone[std::size_t(row)] = true;
+        keys_.remove(keyOf(entries_[row].folder, entries_[row].localName));
+    }
+    // One pass, however many rows go.
+    std::vector<FileListEntry> kept;
+    kept.reserve(entries_.size());
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        if (!gone[i])
+            kept.push_back(std::move(entries_[i]));
+    }
+    const int count = int(entries_.size() - kept.size());
+    entries_ = std::move(kept);
+    if (count > 0)
         changed_ = true;
-    return int(removed.size());
+    return count;
 }
 
 std::optional<int> FileList::rowToRename(const std::vector<int>& rows, Notifier& notifier) const

@@ -2,6 +2,7 @@
 
 #include "profiles/FileListEntry.h"
 
+#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -67,7 +68,12 @@ public:
     bool changeRemoteName(int row, const QString& answer, Notifier& notifier);
 
 private:
+    // Folder and local name, folded for the comparison that ignores case.
+    [[nodiscard]] static QString keyOf(const QString& folder, const QString& localName);
+
     std::vector<FileListEntry> entries_;
+    // The keys of the entries: a list of many thousand files is built in linear time.
+    QSet<QString> keys_;
     bool changed_ = false;
 };
 
