@@ -13,8 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace zelto {
 namespace {
 

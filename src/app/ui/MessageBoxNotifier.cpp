@@ -99,12 +99,7 @@ bool MessageBoxNotifier::askOkCancel(const QString& caption, const QString& text
 
 void MessageBoxNotifier::showMessage(const QString& text, MessageIcon icon)
 {
-    if (QThread::currentThread() == qApp->thread()) {
-        showBox(text, icon);
-        return;
-    }
-    QMetaObject::invokeMethod(
-        qApp, [&] { showBox(text, icon); }, Qt::BlockingQueuedConnection);
+    onUiThread([&] { showBox(text, icon); });
 }
 
 } // namespace zelto
