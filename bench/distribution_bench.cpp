@@ -18,7 +18,6 @@
 #include "TempSettings.h"
 #include "TestWait.h"
 #include "Vsftpd.h"
-#include "app/SettingsStore.h"
 #include "distribution/FileSet.h"
 #include "distribution/JobOutcomeSink.h"
 #include "distribution/ParallelStarter.h"
@@ -29,6 +28,7 @@
 #include "options/SoundSink.h"
 #include "platform/Notifier.h"
 #include "platform/TrayIndicator.h"
+#include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -6,11 +6,11 @@
 //       chosen, with its settings in a fresh temporary folder
 
 #include "TempSettings.h"
-#include "app/SettingsStore.h"
 #include "log/LogWriter.h"
 #include "log/ui/CLogView.h"
 #include "platform/ConsoleNotifier.h"
 #include "platform/StringIds.h"
+#include "settings/SettingsStore.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -8,10 +8,10 @@
 #include "FtpTestKit.h"
 #include "TempSettings.h"
 #include "TestWait.h"
-#include "app/SettingsStore.h"
 #include "distribution/WorkerThreads.h"
 #include "queue/QueueBookkeeping.h"
 #include "queue/QueueSender.h"
+#include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
 

@@ -9,7 +9,6 @@
 
 #include "TempSettings.h"
 #include "Vsftpd.h"
-#include "app/SettingsStore.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/JobProgress.h"
 #include "ftp/JobServices.h"
@@ -18,6 +17,7 @@
 #include "options/SoundSink.h"
 #include "platform/Notifier.h"
 #include "platform/TrayIndicator.h"
+#include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

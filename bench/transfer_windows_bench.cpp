@@ -17,12 +17,12 @@
 #include "TempSettings.h"
 #include "TestFiles.h"
 #include "Vsftpd.h"
-#include "app/SettingsStore.h"
 #include "distribution/FileSet.h"
 #include "distribution/ParallelStarter.h"
 #include "distribution/TransferJob.h"
 #include "distribution/WorkerThreads.h"
 #include "distribution/ui/CTransferDlg.h"
+#include "settings/SettingsStore.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

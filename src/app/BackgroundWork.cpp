@@ -1,9 +1,9 @@
 #include "BackgroundWork.h"
 
-#include "app/DataFolders.h"
 #include "app/ProgramServices.h"
 #include "scripts/ScriptProgress.h"
 #include "scripts/ScriptRun.h"
+#include "settings/DataFolders.h"
 
 #include <QDir>
 #include <QTimer>

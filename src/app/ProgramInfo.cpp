@@ -1,8 +1,9 @@
 #include "ProgramInfo.h"
 
 #include "app/AppIdentity.h"
-#include "app/DataFolders.h"
-#include "app/SettingsStore.h"
+#include "queue/QueueStore.h"
+#include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
 
 namespace zelto {
 
@@ -34,7 +35,7 @@ QString ProgramInfo::versionLine()
 QString ProgramInfo::locations()
 {
     return QStringLiteral("Settings: %1\nData folder: %2\nQueue file: %3\n")
-        .arg(SettingsStore::location(), DataFolders::base(), DataFolders::queueFile());
+        .arg(SettingsStore::location(), DataFolders::base(), QueueStore::defaultFile());
 }
 
 } // namespace zelto

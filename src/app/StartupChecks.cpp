@@ -1,15 +1,16 @@
 #include "StartupChecks.h"
 
-#include "app/DataFolders.h"
 #include "app/LinkCommand.h"
 #include "app/QueueCommand.h"
 #include "app/ScriptCommand.h"
-#include "app/SettingsStore.h"
 #include "platform/Notifier.h"
 #include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "queue/QueueFileFormat.h"
+#include "queue/QueueStore.h"
+#include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
 
 #include <QFileInfo>
 
@@ -33,7 +34,7 @@ void StartupChecks::applyQueueStartRule()
     constexpr int kEmptyQueue = 0;
     if (SettingsStore::get(settings::schedule::kStartQueueProg) != kEmptyQueue)
         return;
-    PrivateProfile::writeString(DataFolders::queueFile(),
+    PrivateProfile::writeString(QueueStore::defaultFile(),
         QLatin1StringView(queuefile::kCountSection), QLatin1StringView(queuefile::kCountKey),
         QStringLiteral("0"));
 }

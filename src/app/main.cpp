@@ -6,7 +6,6 @@
 #include "app/ProgramInfo.h"
 #include "app/ui/WindowedRun.h"
 
-#include <QApplication>
 #include <QCoreApplication>
 
 #include <cstdio>
@@ -51,6 +50,5 @@ int main(int argc, char* argv[])
         QCoreApplication app(argc, argv);
         return zelto::HeadlessRun::run(request);
     }
-    QApplication app(argc, argv);
-    return zelto::WindowedRun::run(request);
+    return zelto::WindowedRun::run(argc, argv, request);
 }

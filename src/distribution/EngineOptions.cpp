@@ -1,6 +1,6 @@
 #include "EngineOptions.h"
 
-#include "app/SettingsStore.h"
+#include "settings/SettingsStore.h"
 
 namespace zelto {
 

@@ -1,11 +1,11 @@
 #include "FileSet.h"
 
-#include "app/SettingsStore.h"
 #include "platform/Notifier.h"
 #include "platform/Paths.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "profiles/NameCasing.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -1,7 +1,7 @@
 #include "RemotePlacement.h"
 
-#include "app/SettingsStore.h"
 #include "platform/Paths.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QRegularExpression>

@@ -1,6 +1,5 @@
 #include "CTransferSession.h"
 
-#include "app/SettingsStore.h"
 #include "ftp/JobProgress.h"
 #include "ftp/JobServices.h"
 #include "log/LogSink.h"
@@ -8,6 +7,7 @@
 #include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <algorithm>
 

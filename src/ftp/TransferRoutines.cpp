@@ -1,6 +1,5 @@
 #include "TransferRoutines.h"
 
-#include "app/SettingsStore.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/CopyPipe.h"
 #include "ftp/FtpErrors.h"
@@ -12,6 +11,7 @@
 #include "ftp/TransferType.h"
 #include "log/LogSink.h"
 #include "platform/StringIds.h"
+#include "settings/SettingsStore.h"
 
 #include <QFile>
 

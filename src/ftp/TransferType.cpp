@@ -1,7 +1,7 @@
 #include "TransferType.h"
 
-#include "app/SettingsKeys.h"
-#include "app/SettingsStore.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 
 #include <QStringTokenizer>
 #include <QStringView>

@@ -1,9 +1,9 @@
 #include "LogFile.h"
 
-#include "app/DataFolders.h"
-#include "app/SettingsStore.h"
 #include "platform/Paths.h"
 #include "platform/ServerFileHeader.h"
+#include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
 
 #include <QFile>
 #include <QFileInfo>

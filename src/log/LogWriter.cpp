@@ -1,12 +1,12 @@
 #include "LogWriter.h"
 
-#include "app/SettingsStore.h"
 #include "log/LogFile.h"
 #include "log/LogListener.h"
 #include "log/LogStamp.h"
 #include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <QDateTime>
 

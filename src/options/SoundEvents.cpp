@@ -1,7 +1,7 @@
 #include "SoundEvents.h"
 
-#include "app/SettingsStore.h"
 #include "options/SoundPlayer.h"
+#include "settings/SettingsStore.h"
 
 namespace zelto {
 namespace {

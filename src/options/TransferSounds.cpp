@@ -1,7 +1,7 @@
 #include "TransferSounds.h"
 
-#include "app/SettingsStore.h"
 #include "options/SoundSink.h"
+#include "settings/SettingsStore.h"
 
 namespace zelto {
 namespace {

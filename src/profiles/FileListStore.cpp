@@ -1,6 +1,5 @@
 #include "FileListStore.h"
 
-#include "app/DataFolders.h"
 #include "platform/Notifier.h"
 #include "platform/OwnerOnly.h"
 #include "platform/Paths.h"
@@ -8,6 +7,7 @@
 #include "profiles/FolderTree.h"
 #include "profiles/LinkUpkeep.h"
 #include "profiles/StoredFormats.h"
+#include "settings/DataFolders.h"
 
 #include <QDir>
 #include <QFileInfo>

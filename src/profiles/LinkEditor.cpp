@@ -1,6 +1,5 @@
 #include "LinkEditor.h"
 
-#include "app/DataFolders.h"
 #include "platform/IniDocument.h"
 #include "platform/Notifier.h"
 #include "platform/Paths.h"
@@ -12,6 +11,7 @@
 #include "profiles/ProfileEvents.h"
 #include "profiles/SiteProfile.h"
 #include "profiles/StoredFormats.h"
+#include "settings/DataFolders.h"
 
 #include <QFile>
 #include <QFileInfo>

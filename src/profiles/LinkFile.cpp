@@ -1,9 +1,9 @@
 #include "LinkFile.h"
 
-#include "app/DataFolders.h"
 #include "profiles/SiteProfile.h"
 #include "profiles/StoredFormats.h"
 #include "profiles/StoredIni.h"
+#include "settings/DataFolders.h"
 
 #include <QDir>
 #include <QDirIterator>

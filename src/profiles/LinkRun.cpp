@@ -1,11 +1,11 @@
 #include "LinkRun.h"
 
-#include "app/DataFolders.h"
-#include "app/SettingsStore.h"
 #include "profiles/FileList.h"
 #include "profiles/LinkFile.h"
 #include "profiles/NameCasing.h"
 #include "profiles/StoredFormats.h"
+#include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
 
 #include <QFileInfo>
 #include <QSet>

@@ -1,6 +1,6 @@
 #include "NameCasing.h"
 
-#include "app/SettingsKeys.h"
+#include "settings/SettingsKeys.h"
 
 namespace zelto {
 

@@ -1,11 +1,11 @@
 #include "ProfileForm.h"
 
-#include "app/SettingsStore.h"
 #include "platform/Notifier.h"
 #include "platform/Paths.h"
 #include "platform/StringTable.h"
 #include "profiles/ProfileEvents.h"
 #include "profiles/StoredFormats.h"
+#include "settings/SettingsStore.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,5 @@
 #include "ProfileStore.h"
 
-#include "app/DataFolders.h"
 #include "platform/IniDocument.h"
 #include "platform/Notifier.h"
 #include "platform/Paths.h"
@@ -13,6 +12,7 @@
 #include "profiles/ServerFile.h"
 #include "profiles/SiteProfile.h"
 #include "profiles/StoredFormats.h"
+#include "settings/DataFolders.h"
 
 #include <QDir>
 #include <QDirIterator>

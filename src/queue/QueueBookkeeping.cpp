@@ -1,10 +1,10 @@
 #include "QueueBookkeeping.h"
 
-#include "app/SettingsStore.h"
 #include "distribution/RemotePlacement.h"
 #include "log/LogSink.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <utility>
 #include <vector>

@@ -1,8 +1,8 @@
 #include "QueueResendTimer.h"
 
-#include "app/SettingsStore.h"
 #include "platform/PrivateProfile.h"
 #include "queue/QueueSender.h"
+#include "settings/SettingsStore.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,9 +1,17 @@
 #include "QueueStore.h"
 
 #include "platform/IniDocument.h"
+#include "platform/Paths.h"
 #include "platform/PrivateProfile.h"
+#include "queue/QueueFileFormat.h"
+#include "settings/DataFolders.h"
 
 namespace zelto {
+
+QString QueueStore::defaultFile()
+{
+    return joinPath(DataFolders::appDataFolder(), QString::fromLatin1(queuefile::kFileName));
+}
 
 QueueStore::QueueStore(QString file) : file_(std::move(file))
 {

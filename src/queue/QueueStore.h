@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/DataFolders.h"
 #include "queue/QueueBatch.h"
 #include "queue/QueueItem.h"
 
@@ -20,7 +19,10 @@ namespace zelto {
 // it, as the queue's own rules do.
 class QueueStore final {
 public:
-    explicit QueueStore(QString file = DataFolders::queueFile());
+    explicit QueueStore(QString file = defaultFile());
+
+    // The queue file, always in the application data folder.
+    [[nodiscard]] static QString defaultFile();
 
     [[nodiscard]] const QString& file() const { return file_; }
 

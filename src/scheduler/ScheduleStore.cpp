@@ -1,6 +1,6 @@
 #include "ScheduleStore.h"
 
-#include "app/SettingsStore.h"
+#include "settings/SettingsStore.h"
 
 #include <optional>
 

@@ -1,8 +1,8 @@
 #include "Scheduler.h"
 
-#include "app/SettingsStore.h"
 #include "scheduler/ScheduleCheck.h"
 #include "scheduler/ScheduleStore.h"
+#include "settings/SettingsStore.h"
 
 namespace zelto {
 

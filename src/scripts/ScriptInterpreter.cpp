@@ -1,6 +1,5 @@
 #include "ScriptInterpreter.h"
 
-#include "app/SettingsStore.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/FtpConnection.h"
 #include "ftp/FtpErrors.h"
@@ -11,6 +10,7 @@
 #include "scripts/RemoteFolder.h"
 #include "scripts/ScriptLine.h"
 #include "scripts/ScriptReport.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QFileInfo>

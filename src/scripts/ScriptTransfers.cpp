@@ -1,6 +1,5 @@
 #include "ScriptTransfers.h"
 
-#include "app/SettingsStore.h"
 #include "ftp/FtpConnection.h"
 #include "ftp/FtpErrors.h"
 #include "log/LogSink.h"
@@ -10,6 +9,7 @@
 #include "scripts/RemoteFolder.h"
 #include "scripts/ScriptConnection.h"
 #include "scripts/ScriptReport.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -7,9 +7,7 @@
 #include "TempSettings.h"
 #include "TestFiles.h"
 #include "TestWait.h"
-#include "app/DataFolders.h"
 #include "app/ProgramServices.h"
-#include "app/SettingsStore.h"
 #include "options/SoundPlayer.h"
 #include "platform/ConsoleNotifier.h"
 #include "platform/PrivateProfile.h"
@@ -18,6 +16,8 @@
 #include "profiles/StoredFormats.h"
 #include "queue/QueueStore.h"
 #include "scheduler/ScheduleStore.h"
+#include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
 #include <QDir>

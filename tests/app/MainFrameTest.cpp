@@ -4,9 +4,7 @@
 #include "TempSettings.h"
 #include "TestWait.h"
 #include "app/BackgroundWork.h"
-#include "app/DataFolders.h"
 #include "app/ProgramServices.h"
-#include "app/SettingsStore.h"
 #include "app/ui/CMainFrame.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/ProfileBar.h"
@@ -16,6 +14,8 @@
 #include "platform/Notifier.h"
 #include "platform/StringTable.h"
 #include "profiles/ui/CFileListView.h"
+#include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
 
 #include <QAction>
 #include <QComboBox>

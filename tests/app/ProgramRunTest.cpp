@@ -3,10 +3,10 @@
 #include "FtpServer.h"
 #include "TempSettings.h"
 #include "TestFiles.h"
-#include "app/SettingsStore.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "queue/QueueStore.h"
+#include "settings/SettingsStore.h"
 
 #include <QTemporaryDir>
 

@@ -1,10 +1,11 @@
 #include "app/StartupChecks.h"
 
 #include "TempSettings.h"
-#include "app/DataFolders.h"
-#include "app/SettingsStore.h"
 #include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
+#include "queue/QueueStore.h"
+#include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,7 +49,7 @@ TEST(StartupChecks, EmptyQueueRuleOnlyForChoiceZero)
 {
     for (const int choice : { 0, 1, 2 }) {
         test::TempSettings temp;
-        const QString queue = DataFolders::queueFile();
+        const QString queue = QueueStore::defaultFile();
         ASSERT_TRUE(PrivateProfile::writeString(queue, "QUEUE", "NumQueues", "3"));
         ASSERT_TRUE(PrivateProfile::writeString(queue, "QUEUE1", "LocalFile", "a.txt"));
         SettingsStore::set(settings::schedule::kStartQueueProg, choice);

@@ -4,7 +4,6 @@
 #include "distribution/CopyEngine.h"
 
 #include "DistributionFixture.h"
-#include "app/SettingsStore.h"
 #include "distribution/TransferJob.h"
 #include "distribution/WorkerThreads.h"
 #include "ftp/FtpErrors.h"
@@ -12,6 +11,7 @@
 #include "ftp/TransferRoutines.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -6,12 +6,12 @@
 
 #include "FtpTestKit.h"
 #include "TestFiles.h"
-#include "app/SettingsStore.h"
 #include "distribution/FileEntry.h"
 #include "distribution/FileSet.h"
 #include "distribution/JobOutcomeSink.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/JobProgress.h"
+#include "settings/SettingsStore.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -4,8 +4,8 @@
 #include "distribution/GetEngine.h"
 
 #include "DistributionFixture.h"
-#include "app/SettingsStore.h"
 #include "platform/StringIds.h"
+#include "settings/SettingsStore.h"
 
 namespace zelto::test {
 namespace {

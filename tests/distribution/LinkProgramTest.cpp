@@ -3,11 +3,11 @@
 
 #include "DistributionFixture.h"
 #include "ProgramRun.h"
-#include "app/DataFolders.h"
 #include "platform/PrivateProfile.h"
 #include "profiles/FileList.h"
 #include "profiles/SiteProfile.h"
 #include "profiles/StoredFormats.h"
+#include "settings/DataFolders.h"
 
 namespace zelto::test {
 namespace {

@@ -85,7 +85,7 @@ protected:
     QWidget window_;
     CFtpView* sites_ = new CFtpView(&window_);
     CFileListView* files_ = new CFileListView(recorder_, &window_);
-    MultiplePut put_ { *sites_, *files_, services_, outcomes_ };
+    MultiplePut put_ { *sites_, *files_, services_.jobs(), services_.threads(), outcomes_ };
     std::vector<Opened> opened_;
 };
 

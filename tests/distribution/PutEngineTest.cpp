@@ -4,9 +4,9 @@
 #include "distribution/PutEngine.h"
 
 #include "DistributionFixture.h"
-#include "app/SettingsStore.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <QFile>
 

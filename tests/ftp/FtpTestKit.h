@@ -8,13 +8,13 @@
 #include "TempSettings.h"
 #include "TestWait.h"
 #include "Vsftpd.h"
-#include "app/SettingsStore.h"
 #include "ftp/JobServices.h"
 #include "ftp/JobSite.h"
 #include "log/LogSink.h"
 #include "options/SoundSink.h"
 #include "platform/Notifier.h"
 #include "platform/TrayIndicator.h"
+#include "settings/SettingsStore.h"
 
 #include <QFile>
 

@@ -1,8 +1,7 @@
-#include "ftp/ui/StatisticsDialog.h"
-
 #include "TempSettings.h"
 #include "TestWait.h"
-#include "app/SettingsStore.h"
+#include "ftp/ui/CStatisticsDlg.h"
+#include "settings/SettingsStore.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -25,7 +24,7 @@ constexpr std::array<const char*, 9> kFields { "localBytesRead", "localBytesWrit
 
 using Texts = std::array<QString, kFields.size()>;
 
-Texts shown(const StatisticsDialog& dialog)
+Texts shown(const CStatisticsDlg& dialog)
 {
     Texts texts;
     for (std::size_t i = 0; i < kFields.size(); ++i) {
@@ -35,11 +34,11 @@ Texts shown(const StatisticsDialog& dialog)
     return texts;
 }
 
-TEST(StatisticsDialog, FieldsFollowTheCounters)
+TEST(CStatisticsDlg, FieldsFollowTheCounters)
 {
     test::TempSettings settings;
     TransferCounters::Snapshot counts;
-    StatisticsDialog dialog(nullptr, [&] { return counts; });
+    CStatisticsDlg dialog(nullptr, [&] { return counts; });
 
     struct Step {
         const char* name;
@@ -70,18 +69,18 @@ TEST(StatisticsDialog, FieldsFollowTheCounters)
     }
 }
 
-TEST(StatisticsDialog, RefreshesEverySecondWhileShown)
+TEST(CStatisticsDlg, RefreshesEverySecondWhileShown)
 {
     test::TempSettings settings;
     TransferCounters::Snapshot counts;
-    StatisticsDialog dialog(nullptr, [&] { return counts; });
+    CStatisticsDlg dialog(nullptr, [&] { return counts; });
     dialog.show();
     EXPECT_EQ(shown(dialog)[4], u"0");
     counts.filesTransferred = 12;
     EXPECT_TRUE(test::waitUntil([&] { return shown(dialog)[4] == u"12"; }, 5s));
 }
 
-TEST(StatisticsDialog, OpensAtTheStoredPlaceOrCentred)
+TEST(CStatisticsDlg, OpensAtTheStoredPlaceOrCentred)
 {
     struct Case {
         int x;
@@ -99,19 +98,19 @@ TEST(StatisticsDialog, OpensAtTheStoredPlaceOrCentred)
         test::TempSettings settings;
         SettingsStore::set(settings::config::kSysInfoX, c.x);
         SettingsStore::set(settings::config::kSysInfoY, c.y);
-        StatisticsDialog dialog;
+        CStatisticsDlg dialog;
         const QRect desktop = dialog.screen()->availableGeometry();
         const QPoint centred = desktop.center() - QPoint(dialog.width() / 2, dialog.height() / 2);
         EXPECT_EQ(dialog.pos(), c.centred ? centred : QPoint(c.x, c.y));
     }
 }
 
-TEST(StatisticsDialog, MovesAfterTheFirstTwoAreStored)
+TEST(CStatisticsDlg, MovesAfterTheFirstTwoAreStored)
 {
     test::TempSettings settings;
     SettingsStore::set(settings::config::kSysInfoX, 150);
     SettingsStore::set(settings::config::kSysInfoY, 90);
-    StatisticsDialog dialog;
+    CStatisticsDlg dialog;
     const QPoint places[] = { { 10, 20 }, { 30, 40 }, { 50, 60 }, { 70, 80 } };
     const QPoint stored[] = { { 150, 90 }, { 150, 90 }, { 50, 60 }, { 70, 80 } };
     for (std::size_t i = 0; i < std::size(places); ++i) {
@@ -126,21 +125,21 @@ TEST(StatisticsDialog, MovesAfterTheFirstTwoAreStored)
     }
 }
 
-TEST(StatisticsDialog, OneWindowAtATime)
+TEST(CStatisticsDlg, OneWindowAtATime)
 {
     test::TempSettings settings;
     QWidget frame;
-    StatisticsDialog::showOrRaise(&frame);
-    StatisticsDialog::showOrRaise(&frame);
-    auto windows = frame.findChildren<StatisticsDialog*>();
+    CStatisticsDlg::showOrRaise(&frame);
+    CStatisticsDlg::showOrRaise(&frame);
+    auto windows = frame.findChildren<CStatisticsDlg*>();
     ASSERT_EQ(windows.size(), 1);
     EXPECT_TRUE(windows[0]->isVisible());
 
     windows[0]->close(); // the Close button's end
     EXPECT_TRUE(
-        test::waitUntil([&] { return frame.findChildren<StatisticsDialog*>().isEmpty(); }, 5s));
-    StatisticsDialog::showOrRaise(&frame);
-    EXPECT_EQ(frame.findChildren<StatisticsDialog*>().size(), 1);
+        test::waitUntil([&] { return frame.findChildren<CStatisticsDlg*>().isEmpty(); }, 5s));
+    CStatisticsDlg::showOrRaise(&frame);
+    EXPECT_EQ(frame.findChildren<CStatisticsDlg*>().size(), 1);
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "ftp/TransferType.h"
 
 #include "TempSettings.h"
-#include "app/SettingsKeys.h"
-#include "app/SettingsStore.h"
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 
 #include <gtest/gtest.h>
 

@@ -1,13 +1,13 @@
 #include "LogTestKit.h"
 #include "TempSettings.h"
 #include "TestWait.h"
-#include "app/SettingsStore.h"
 #include "log/LogWriter.h"
 #include "log/ui/CLogView.h"
 #include "log/ui/LogPageLayout.h"
 #include "log/ui/LogTableModel.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <QPaintEngine>
 #include <QPainter>

@@ -3,12 +3,12 @@
 #include "LogTestKit.h"
 #include "TempSettings.h"
 #include "TestWait.h"
-#include "app/SettingsStore.h"
 #include "log/LogFile.h"
 #include "log/LogListener.h"
 #include "log/LogStamp.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 #include "options/SoundEvents.h"
 
 #include "TempSettings.h"
-#include "app/SettingsStore.h"
 #include "options/SoundPlayer.h"
 #include "options/TransferSounds.h"
+#include "settings/SettingsStore.h"
 
 #include <gtest/gtest.h>
 

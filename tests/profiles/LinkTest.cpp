@@ -1,12 +1,12 @@
 #include "ProfilesFixture.h"
 #include "TestFiles.h"
-#include "app/SettingsStore.h"
 #include "profiles/FileList.h"
 #include "profiles/LinkEditor.h"
 #include "profiles/LinkFile.h"
 #include "profiles/LinkRun.h"
 #include "profiles/SiteProfile.h"
 #include "profiles/StoredFormats.h"
+#include "settings/SettingsStore.h"
 
 #include <functional>
 

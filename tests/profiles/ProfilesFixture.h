@@ -1,13 +1,13 @@
 #pragma once
 
 #include "TempSettings.h"
-#include "app/DataFolders.h"
 #include "platform/Notifier.h"
 #include "platform/StringTable.h"
 #include "profiles/FileList.h"
 #include "profiles/FileListStore.h"
 #include "profiles/ProfileEvents.h"
 #include "profiles/ProfileStore.h"
+#include "settings/DataFolders.h"
 
 #include <QDir>
 #include <QFile>

@@ -4,9 +4,9 @@
 #include "queue/QueueBookkeeping.h"
 
 #include "FtpTestKit.h"
-#include "app/SettingsStore.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 // entries are due at a given "now".
 
 #include "TempSettings.h"
-#include "app/SettingsStore.h"
 #include "scheduler/ScheduleCheck.h"
 #include "scheduler/ScheduleStore.h"
+#include "settings/SettingsStore.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include "scheduler/Scheduler.h"
 
 #include "TempSettings.h"
-#include "app/SettingsStore.h"
 #include "scheduler/ScheduleStore.h"
+#include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
 

@@ -1,11 +1,10 @@
 // The progress window of a script: its button suspends and resumes the run, its list follows the
 // run's lines, and closing it while the run goes on asks first.
 
-#include "scripts/ui/ScriptProgressDialog.h"
-
 #include "ScriptFixture.h"
 #include "TestWait.h"
 #include "scripts/ScriptProgress.h"
+#include "scripts/ui/CScriptProgressDlg.h"
 
 #include <QPointer>
 #include <QPushButton>
@@ -32,14 +31,14 @@ public:
 class ScriptProgressDialogTest : public ScriptFixture {
 protected:
     // A run of `lines`, held before its first line when `held`, in a window that is shown.
-    QPointer<ScriptProgressDialog> show(const QStringList& lines, bool held)
+    QPointer<CScriptProgressDlg> show(const QStringList& lines, bool held)
     {
         progress_ = std::make_shared<ScriptProgress>();
         run_ = std::make_shared<ScriptRun>(recorder_.services, threads_, progress_);
         if (held)
             run_->pause();
         run_->start(writeScript(lines));
-        auto* window = new ScriptProgressDialog(
+        auto* window = new CScriptProgressDlg(
             scripts_.filePath(QStringLiteral("run.cmd")), run_, progress_, notifier_);
         window->show();
         return window;

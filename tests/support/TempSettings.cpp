@@ -1,7 +1,7 @@
 #include "TempSettings.h"
 
 #include "app/AppIdentity.h"
-#include "app/SettingsStore.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 

@@ -3,7 +3,6 @@
 #include "app/BackgroundWork.h"
 #include "app/ProgramInfo.h"
 #include "app/ProgramServices.h"
-#include "app/SettingsStore.h"
 #include "app/ui/AppIcons.h"
 #include "app/ui/FrameMenus.h"
 #include "app/ui/FrameTray.h"
@@ -16,6 +15,7 @@
 #include "profiles/FileListStore.h"
 #include "profiles/LinkFile.h"
 #include "profiles/ui/CFileListView.h"
+#include "settings/SettingsStore.h"
 
 #include <QAction>
 #include <QActionGroup>

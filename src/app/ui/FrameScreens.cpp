@@ -1,11 +1,11 @@
 #include "FrameScreens.h"
 
-#include "app/SettingsKeys.h"
 #include "app/ui/FrameViews.h"
-#include "app/ui/StoredSplitter.h"
 #include "distribution/ui/CFtpView.h"
 #include "log/ui/CLogView.h"
 #include "profiles/ui/CFileListView.h"
+#include "settings/SettingsKeys.h"
+#include "widgets/StoredSplitter.h"
 
 #include <QLabel>
 #include <QStackedWidget>

@@ -27,7 +27,7 @@ struct FrameViews {
     // and on the tool bar, shown while that screen is.
     QList<QAction*> multiplePutActions;
     // Opens the transfer statistics window over the frame ("Transfer Statistics" in the FTP and
-    // tray menus); StatisticsDialog::showOrRaise fits.
+    // tray menus); CStatisticsDlg::showOrRaise fits.
     std::function<void(QWidget* frame)> showStatistics;
     // "FTP Scripts...": asks for a command script over the frame and runs it in its progress
     // window.

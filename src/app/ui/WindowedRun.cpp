@@ -1,7 +1,6 @@
 #include "WindowedRun.h"
 
 #include "app/BackgroundWork.h"
-#include "app/DataFolders.h"
 #include "app/ProgramServices.h"
 #include "app/StartupChecks.h"
 #include "app/ui/CMainFrame.h"
@@ -10,11 +9,12 @@
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "distribution/ui/MultiplePut.h"
-#include "ftp/ui/StatisticsDialog.h"
+#include "ftp/ui/CStatisticsDlg.h"
 #include "log/ui/CLogView.h"
 #include "options/ui/QtSoundPlayer.h"
 #include "profiles/ui/CFileListView.h"
-#include "scripts/ui/ScriptProgressDialog.h"
+#include "scripts/ui/CScriptProgressDlg.h"
+#include "settings/DataFolders.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -63,7 +63,13 @@ private:
 
 } // namespace
 
-int WindowedRun::run(const StartRequest& request)
+int WindowedRun::run(int& argc, char** argv, const StartRequest& request)
+{
+    QApplication app(argc, argv);
+    return runWindows(request);
+}
+
+int WindowedRun::runWindows(const StartRequest& request)
 {
     MessageBoxNotifier notifier;
     // Unattended, the main window is never shown: the work runs and the program ends with it,
@@ -87,13 +93,14 @@ int WindowedRun::run(const StartRequest& request)
     // The views go into the frame's panes, which keep them for the frame's life.
     auto* sites = new CFtpView;
     auto* files = new CFileListView(notifier);
-    MultiplePut multiplePut(*sites, *files, services, background.bookkeeping());
+    MultiplePut multiplePut(
+        *sites, *files, services.jobs(), services.threads(), background.bookkeeping());
     FrameViews views;
     views.log = new CLogView(services.log(), notifier);
     views.sitesList = sites;
     views.fileList = files;
     views.multiplePutActions = multiplePut.actions();
-    views.showStatistics = &StatisticsDialog::showOrRaise;
+    views.showStatistics = &CStatisticsDlg::showOrRaise;
     views.runScript = [&background](QWidget* frame) {
         const QString path = QFileDialog::getOpenFileName(frame, QObject::tr("Run FTP Script"),
             DataFolders::base(), QObject::tr("FTP scripts (*.cmd);;All files (*)"));
@@ -111,7 +118,7 @@ int WindowedRun::run(const StartRequest& request)
     background.setScriptStarting(
         [&notifier, &frame](const QString& path, std::shared_ptr<ScriptRun> run,
             std::shared_ptr<ScriptProgress> progress) {
-            (new ScriptProgressDialog(path, std::move(run), std::move(progress), notifier, &frame))
+            (new CScriptProgressDlg(path, std::move(run), std::move(progress), notifier, &frame))
                 ->show();
         });
     QObject::connect(

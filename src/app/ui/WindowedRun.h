@@ -9,8 +9,12 @@ class WindowedRun final {
 public:
     WindowedRun() = delete;
 
-    // Runs the event loop when there is work for it; returns the program's exit status.
-    [[nodiscard]] static int run(const StartRequest& request);
+    // Makes the widget application from the process's arguments, runs the event loop when there is
+    // work for it, and returns the program's exit status.
+    [[nodiscard]] static int run(int& argc, char** argv, const StartRequest& request);
+
+private:
+    [[nodiscard]] static int runWindows(const StartRequest& request);
 };
 
 } // namespace zelto

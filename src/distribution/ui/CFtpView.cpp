@@ -1,8 +1,8 @@
 #include "CFtpView.h"
 
-#include "app/ui/ReportList.h"
 #include "distribution/ui/CSiteChooser.h"
 #include "profiles/ProfileStore.h"
+#include "widgets/ReportList.h"
 
 #include <QAction>
 #include <QHeaderView>

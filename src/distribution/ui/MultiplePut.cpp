@@ -1,7 +1,7 @@
 #include "MultiplePut.h"
 
-#include "app/ProgramServices.h"
 #include "distribution/ParallelStarter.h"
+#include "distribution/WorkerThreads.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "profiles/ui/CFileListView.h"
@@ -41,12 +41,13 @@ struct MultiplePut::Parallel {
     std::unique_ptr<ParallelStarter> starter;
 };
 
-MultiplePut::MultiplePut(CFtpView& sites, CFileListView& files, ProgramServices& services,
-    JobOutcomeSink& outcomes, QObject* parent)
+MultiplePut::MultiplePut(CFtpView& sites, CFileListView& files, JobServices& jobs,
+    WorkerThreads& threads, JobOutcomeSink& outcomes, QObject* parent)
     : QObject(parent)
     , sites_(sites)
     , files_(files)
-    , services_(services)
+    , jobs_(jobs)
+    , threads_(threads)
     , outcomes_(outcomes)
     , sendParallel_(new QAction(QIcon::fromTheme(QStringLiteral("document-send"),
                                     QApplication::style()->standardIcon(QStyle::SP_ArrowUp)),
@@ -125,12 +126,11 @@ void MultiplePut::prepare(bool serial)
                   },
                   Qt::QueuedConnection);
           };
-    services_.threads().launch(
-        [siteCount, entries = files_.entries(), &notifier = services_.jobs().notifier, status,
-            deliver](std::stop_token) {
-            deliver(std::make_shared<std::optional<FileSet>>(
-                FileSet::prepare(siteCount, entries, notifier, status)));
-        });
+    threads_.launch([siteCount, entries = files_.entries(), &notifier = jobs_.notifier, status,
+                        deliver](std::stop_token) {
+        deliver(std::make_shared<std::optional<FileSet>>(
+            FileSet::prepare(siteCount, entries, notifier, status)));
+    });
 }
 
 void MultiplePut::showWait(const QString& text)
@@ -199,8 +199,8 @@ void MultiplePut::startParallel(const std::vector<JobSite>& sites, const FileSet
 CTransferDlg* MultiplePut::open(TransferJob::Setup setup, CTransferDlg* anchor)
 {
     const std::shared_ptr<TransferJob> job
-        = TransferJob::create(std::move(setup), services_.jobs(), outcomes_, services_.threads());
-    auto* window = new CTransferDlg(job, services_.jobs().notifier, anchor, sites_.window());
+        = TransferJob::create(std::move(setup), jobs_, outcomes_, threads_);
+    auto* window = new CTransferDlg(job, jobs_.notifier, anchor, sites_.window());
     window->show();
     job->start();
     Q_EMIT transferWindowOpened(window);

@@ -23,7 +23,7 @@ class CFileListView;
 class CFtpView;
 class CTransferDlg;
 class JobOutcomeSink;
-class ProgramServices;
+class WorkerThreads;
 
 // The two commands of the multiple-put screen, Send Parallel and Send Serial, over its sites list
 // and its file list. Both refuse an empty sites list or file list, then build the file set on a
@@ -38,7 +38,7 @@ public:
     static constexpr std::chrono::milliseconds kWaitShown { 1000 };
 
     // `outcomes` is the queue's bookkeeping, which hears the end of every site.
-    MultiplePut(CFtpView& sites, CFileListView& files, ProgramServices& services,
+    MultiplePut(CFtpView& sites, CFileListView& files, JobServices& jobs, WorkerThreads& threads,
         JobOutcomeSink& outcomes, QObject* parent = nullptr);
     ~MultiplePut() override;
 
@@ -70,7 +70,8 @@ private:
 
     CFtpView& sites_;
     CFileListView& files_;
-    ProgramServices& services_;
+    JobServices& jobs_;
+    WorkerThreads& threads_;
     JobOutcomeSink& outcomes_;
     QAction* sendParallel_;
     QAction* sendSerial_;

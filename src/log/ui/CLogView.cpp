@@ -1,6 +1,5 @@
 #include "CLogView.h"
 
-#include "app/SettingsStore.h"
 #include "log/LogFile.h"
 #include "log/LogWriter.h"
 #include "log/ui/LogPageLayout.h"
@@ -8,6 +7,7 @@
 #include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <QApplication>
 #include <QFileDialog>

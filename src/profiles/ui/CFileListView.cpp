@@ -1,11 +1,11 @@
 #include "CFileListView.h"
 
-#include "app/ui/ReportList.h"
 #include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "profiles/FileListStore.h"
 #include "profiles/FolderTree.h"
+#include "widgets/ReportList.h"
 
 #include <QAction>
 #include <QCoreApplication>

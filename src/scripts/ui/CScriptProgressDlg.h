@@ -20,14 +20,14 @@ class ScriptRun;
 // one button that suspends the run ("Stop") and lets it go on ("Resume"). Closing the window
 // while the run goes on asks whether to cancel it; a finished run's window just closes. It reads
 // the run on a timer and never waits for its worker; it deletes itself when closed.
-class ScriptProgressDialog final : public QDialog {
+class CScriptProgressDlg final : public QDialog {
     Q_OBJECT
 public:
     static constexpr std::chrono::milliseconds kPollInterval { 100 };
 
-    ScriptProgressDialog(const QString& scriptPath, std::shared_ptr<ScriptRun> run,
+    CScriptProgressDlg(const QString& scriptPath, std::shared_ptr<ScriptRun> run,
         std::shared_ptr<ScriptProgress> progress, Notifier& notifier, QWidget* parent = nullptr);
-    ~ScriptProgressDialog() override;
+    ~CScriptProgressDlg() override;
 
     [[nodiscard]] QPushButton* toggleButton() const { return toggle_; }
     [[nodiscard]] QStringList shownLines() const { return lines_.stringList(); }

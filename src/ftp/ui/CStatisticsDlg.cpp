@@ -1,7 +1,7 @@
-#include "StatisticsDialog.h"
+#include "CStatisticsDlg.h"
 
-#include "app/SettingsStore.h"
 #include "ftp/ProgressText.h"
+#include "settings/SettingsStore.h"
 
 #include <QDialogButtonBox>
 #include <QFrame>
@@ -32,7 +32,7 @@ TransferCounters::Snapshot processCounters()
 
 } // namespace
 
-StatisticsDialog::StatisticsDialog(QWidget* parent, CounterSource counters)
+CStatisticsDlg::CStatisticsDlg(QWidget* parent, CounterSource counters)
     : QDialog(parent), counters_(counters ? std::move(counters) : CounterSource(processCounters))
 {
     setWindowTitle(tr("Transfer Statistics"));
@@ -90,15 +90,15 @@ StatisticsDialog::StatisticsDialog(QWidget* parent, CounterSource counters)
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
     timer_.setInterval(kRefreshMs);
-    connect(&timer_, &QTimer::timeout, this, &StatisticsDialog::refresh);
+    connect(&timer_, &QTimer::timeout, this, &CStatisticsDlg::refresh);
     placeOnScreen();
 }
 
-void StatisticsDialog::showOrRaise(QWidget* parent)
+void CStatisticsDlg::showOrRaise(QWidget* parent)
 {
-    static QPointer<StatisticsDialog> open;
+    static QPointer<CStatisticsDlg> open;
     if (!open) {
-        open = new StatisticsDialog(parent);
+        open = new CStatisticsDlg(parent);
         open->setAttribute(Qt::WA_DeleteOnClose);
     }
     open->show();
@@ -106,7 +106,7 @@ void StatisticsDialog::showOrRaise(QWidget* parent)
     open->activateWindow();
 }
 
-void StatisticsDialog::placeOnScreen()
+void CStatisticsDlg::placeOnScreen()
 {
     const int x = SettingsStore::get(settings::config::kSysInfoX);
     const int y = SettingsStore::get(settings::config::kSysInfoY);
@@ -121,7 +121,7 @@ void StatisticsDialog::placeOnScreen()
     move(desktop.center() - QPoint(width() / 2, height() / 2));
 }
 
-void StatisticsDialog::refresh()
+void CStatisticsDlg::refresh()
 {
     const TransferCounters::Snapshot counts = counters_();
     localBytesRead_->setText(ProgressText::formatCount(counts.localBytesRead));
@@ -143,20 +143,20 @@ void StatisticsDialog::refresh()
     }
 }
 
-void StatisticsDialog::showEvent(QShowEvent* event)
+void CStatisticsDlg::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
     refresh();
     timer_.start();
 }
 
-void StatisticsDialog::hideEvent(QHideEvent* event)
+void CStatisticsDlg::hideEvent(QHideEvent* event)
 {
     timer_.stop();
     QDialog::hideEvent(event);
 }
 
-void StatisticsDialog::moveEvent(QMoveEvent* event)
+void CStatisticsDlg::moveEvent(QMoveEvent* event)
 {
     QDialog::moveEvent(event);
     if (movesSeen_ < kPlacingMoves) {

@@ -19,8 +19,6 @@ public:
 
     // The file of link `name`: <data folder>/Links/<name>.ini (not created).
     [[nodiscard]] static QString linkFile(const QString& name);
-    // The queue file, always in the application data folder.
-    [[nodiscard]] static QString queueFile();
 
     // Stores the profile directory that the user typed. A text that ends in "Profiles" after a
     // separator (one trailing character tolerated) stores the part before it and makes nothing;

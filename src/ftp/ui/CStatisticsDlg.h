@@ -14,13 +14,13 @@ namespace zelto {
 // "Transfer Statistics": the process-wide transfer counters, refreshed every second while the
 // window is shown. Modeless; one at a time (showOrRaise). It opens where the user last left it
 // (SysInfo_X/SysInfo_Y), or centred when that place is unset or was off the screen.
-class StatisticsDialog final : public QDialog {
+class CStatisticsDlg final : public QDialog {
     Q_OBJECT
 public:
     using CounterSource = std::function<TransferCounters::Snapshot()>;
 
     // `counters` defaults to the process-wide counters.
-    explicit StatisticsDialog(QWidget* parent = nullptr, CounterSource counters = {});
+    explicit CStatisticsDlg(QWidget* parent = nullptr, CounterSource counters = {});
 
     // Opens the window, or brings the open one to the front; it ends when the user closes it.
     static void showOrRaise(QWidget* parent);

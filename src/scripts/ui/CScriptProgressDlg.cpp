@@ -1,4 +1,4 @@
-#include "ScriptProgressDialog.h"
+#include "CScriptProgressDlg.h"
 
 #include "platform/Notifier.h"
 #include "platform/StringIds.h"
@@ -17,9 +17,8 @@
 
 namespace zelto {
 
-ScriptProgressDialog::ScriptProgressDialog(const QString& scriptPath,
-    std::shared_ptr<ScriptRun> run, std::shared_ptr<ScriptProgress> progress, Notifier& notifier,
-    QWidget* parent)
+CScriptProgressDlg::CScriptProgressDlg(const QString& scriptPath, std::shared_ptr<ScriptRun> run,
+    std::shared_ptr<ScriptProgress> progress, Notifier& notifier, QWidget* parent)
     : QDialog(parent)
     , run_(std::move(run))
     , progress_(std::move(progress))
@@ -42,7 +41,7 @@ ScriptProgressDialog::ScriptProgressDialog(const QString& scriptPath,
     list_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     auto* buttons = new QDialogButtonBox;
     buttons->addButton(toggle_, QDialogButtonBox::ActionRole);
-    connect(toggle_, &QPushButton::clicked, this, &ScriptProgressDialog::toggle);
+    connect(toggle_, &QPushButton::clicked, this, &CScriptProgressDlg::toggle);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(list_);
     layout->addWidget(buttons);
@@ -50,13 +49,13 @@ ScriptProgressDialog::ScriptProgressDialog(const QString& scriptPath,
 
     showState();
     poll_.setInterval(kPollInterval);
-    connect(&poll_, &QTimer::timeout, this, &ScriptProgressDialog::poll);
+    connect(&poll_, &QTimer::timeout, this, &CScriptProgressDlg::poll);
     poll_.start();
 }
 
-ScriptProgressDialog::~ScriptProgressDialog() = default;
+CScriptProgressDlg::~CScriptProgressDlg() = default;
 
-void ScriptProgressDialog::toggle()
+void CScriptProgressDlg::toggle()
 {
     const ScriptState state = run_->state();
     if (state == ScriptState::Suspended)
@@ -66,7 +65,7 @@ void ScriptProgressDialog::toggle()
     showState();
 }
 
-void ScriptProgressDialog::showState()
+void CScriptProgressDlg::showState()
 {
     const ScriptState state = run_->state();
     toggle_->setText(
@@ -74,7 +73,7 @@ void ScriptProgressDialog::showState()
     toggle_->setEnabled(state != ScriptState::Finished);
 }
 
-void ScriptProgressDialog::poll()
+void CScriptProgressDlg::poll()
 {
     // The state first: a run seen finished has reported its last line.
     const bool finished = run_->state() == ScriptState::Finished;
@@ -95,12 +94,12 @@ void ScriptProgressDialog::poll()
         poll_.stop();
 }
 
-void ScriptProgressDialog::reject()
+void CScriptProgressDlg::reject()
 {
     close();
 }
 
-void ScriptProgressDialog::closeEvent(QCloseEvent* event)
+void CScriptProgressDlg::closeEvent(QCloseEvent* event)
 {
     if (run_->state() == ScriptState::Finished) {
         event->accept();

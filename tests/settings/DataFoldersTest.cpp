@@ -1,7 +1,8 @@
-#include "app/DataFolders.h"
+#include "settings/DataFolders.h"
 
 #include "TempSettings.h"
-#include "app/SettingsStore.h"
+#include "queue/QueueStore.h"
+#include "settings/SettingsStore.h"
 
 #include <QFileInfo>
 
@@ -21,7 +22,7 @@ TEST(DataFolders, EmptyProfilePathMeansOwnerOnlyAppDataFolder)
 
     SettingsStore::set(settings::config::kProfilePath, temp.root() + QStringLiteral("/mine/"));
     EXPECT_EQ(DataFolders::files(), temp.root() + QStringLiteral("/mine/Files"));
-    EXPECT_EQ(DataFolders::queueFile(), temp.appDataDir() + QStringLiteral("/zeltoQue.ini"))
+    EXPECT_EQ(QueueStore::defaultFile(), temp.appDataDir() + QStringLiteral("/zeltoQue.ini"))
         << "the queue file stays in one place whatever the profile folder";
 }
 

@@ -1,9 +1,8 @@
 #include "DataFolders.h"
 
-#include "app/SettingsStore.h"
 #include "platform/OwnerOnly.h"
 #include "platform/Paths.h"
-#include "queue/QueueFileFormat.h"
+#include "settings/SettingsStore.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -62,11 +61,6 @@ QString DataFolders::links()
 QString DataFolders::linkFile(const QString& name)
 {
     return joinPath(links(), name + QStringLiteral(".ini"));
-}
-
-QString DataFolders::queueFile()
-{
-    return joinPath(appDataFolder(), QString::fromLatin1(queuefile::kFileName));
 }
 
 void DataFolders::storeTypedProfileDirectory(const QString& typed)

@@ -1,6 +1,6 @@
 #include "StoredSplitter.h"
 
-#include "app/SettingsStore.h"
+#include "settings/SettingsStore.h"
 
 #include <algorithm>
 #include <numeric>
