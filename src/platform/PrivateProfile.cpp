@@ -1,5 +1,6 @@
 #include "platform/PrivateProfile.h"
 
+#include "platform/FileLock.h"
 #include "platform/IniDocument.h"
 
 #include <QDir>
@@ -55,22 +56,34 @@ std::optional<IniDocument> load(const QString& file)
     return IniDocument(std::move(bytes));
 }
 
+thread_local QString writeFailure;
+
+bool failWrite(const QString& why)
+{
+    writeFailure = why;
+    return false;
+}
+
 bool writeDocument(const QString& file, const IniDocument& document)
 {
     const bool isNew = !QFileInfo::exists(file);
     QSaveFile out(file);
+    const auto failed = [&] {
+        return failWrite(QStringLiteral("Could not write %1: %2").arg(file, out.errorString()));
+    };
     // Unbuffered, so that a short write (a full disk) shows in write()'s count: a buffered one is
     // lost in the flush, and commit() would put the cut file in place of the old one.
     if (!out.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return false;
+        return failed();
     // A rewrite keeps the old file's permissions; a new file may hold passwords.
     if (isNew && !out.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
-        return false;
+        return failed();
     if (!document.writeTo(out)) {
+        const bool result = failed();
         out.cancelWriting();
-        return false;
+        return result;
     }
-    return out.commit();
+    return out.commit() || failed();
 }
 
 // One name for every path of a file, existing or not yet, so that each file has one lock.
@@ -204,13 +217,24 @@ bool PrivateProfile::deleteSection(const QString& file, const QString& section)
 
 bool PrivateProfile::update(const QString& file, const std::function<bool(IniDocument&)>& change)
 {
+    writeFailure.clear();
     const std::lock_guard guard(fileLock(file));
+    // Other processes (a cron run beside the windowed program) write the same files: the lock
+    // they honour is held from the read to the rename.
+    const FileLock processes(file);
+    if (!processes.held())
+        return failWrite(processes.failure());
     std::optional<IniDocument> document = load(file);
     if (!document)
-        return false;
+        return failWrite(QStringLiteral("Could not read %1").arg(file));
     if (!change(*document))
         return true;
     return writeDocument(file, *document);
+}
+
+QString PrivateProfile::lastWriteFailure()
+{
+    return writeFailure;
 }
 
 } // namespace zelto

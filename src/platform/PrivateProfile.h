@@ -12,8 +12,8 @@ class IniDocument;
 
 // Private initialisation (.ini) files: sections and keys matched without regard to case, no cache
 // (every read opens the file), every write an atomic rewrite (temporary file + rename), writes to
-// one file serialised inside the process. A missing file reads as defaults and is made by the first
-// write.
+// one file serialised inside the process and, through a FileLock, with other processes. A missing
+// file reads as defaults and is made by the first write.
 class PrivateProfile final {
 public:
     PrivateProfile() = delete;
@@ -62,10 +62,13 @@ public:
     [[nodiscard]] static IniDocument read(const QString& file);
 
     // One read and one atomic write of the file for several changes, under the file's lock, so that
-    // no other writer of this process can interleave. `change` returns false to write nothing (and
-    // update then returns true). It may read the file but must not write it through this class:
-    // the lock is not recursive. A file that exists but cannot be read is never written over.
+    // no other writer of this or another process can interleave. `change` returns false to write
+    // nothing (and update then returns true). It may read the file but must not write it through
+    // this class: the lock is not recursive. A file that exists but cannot be read is never written
+    // over.
     static bool update(const QString& file, const std::function<bool(IniDocument&)>& change);
+    // Why this thread's last write returned false: the lock, the read or the write of the file.
+    [[nodiscard]] static QString lastWriteFailure();
 };
 
 } // namespace zelto

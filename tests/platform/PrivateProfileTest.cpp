@@ -1,5 +1,7 @@
 #include "platform/PrivateProfile.h"
 
+#include "platform/FileLock.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -183,8 +185,11 @@ TEST_F(PrivateProfileTest, FailedWriteLeavesTheOldFileWhole)
     std::signal(SIGXFSZ, oldHandler);
 
     EXPECT_FALSE(written);
+    EXPECT_TRUE(PrivateProfile::lastWriteFailure().contains(path()));
     EXPECT_EQ(readFile(path()), before);
-    EXPECT_EQ(QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden), QStringList { "test.ini" });
+    // No temporary file is left; the lock file of other processes stays, as it must.
+    EXPECT_EQ(QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden),
+        (QStringList { ".test.ini.lock", "test.ini" }));
 }
 
 TEST_F(PrivateProfileTest, NewFilesAreOwnerOnlyAndRewritesKeepPermissions)
@@ -213,6 +218,29 @@ TEST_F(PrivateProfileTest, NewFilesAreOwnerOnlyAndRewritesKeepPermissions)
         EXPECT_TRUE(PrivateProfile::writeString(path(), "S", "Password", "secret"));
         EXPECT_EQ(QFile::permissions(path()) & anyone, c.expected);
     }
+}
+
+} // namespace
+} // namespace zelto
+
+namespace zelto {
+namespace {
+
+// A holder that never lets go (a stuck process) fails the wait with a reason, instead of hanging
+// the writer; once it lets go the lock is had again.
+TEST(FileLockTest, AStuckHolderEndsTheWaitWithAReason)
+{
+    QTemporaryDir dir;
+    const QString data = dir.filePath(QStringLiteral("zeltoQue.ini"));
+    std::optional<FileLock> holder(std::in_place, data);
+    ASSERT_TRUE(holder->held()) << holder->failure().toStdString();
+
+    const FileLock waiter(data, std::chrono::milliseconds(20));
+    EXPECT_FALSE(waiter.held());
+    EXPECT_TRUE(waiter.failure().contains(QStringLiteral(".zeltoQue.ini.lock")));
+
+    holder.reset();
+    EXPECT_TRUE(FileLock(data, std::chrono::milliseconds(20)).held());
 }
 
 } // namespace
