@@ -63,6 +63,36 @@ std::vector<Span> wordsOf(const QString& line, int most)
     return words;
 }
 
+// Edits (insertions, deletions, changes) between two short words, case ignored.
+int editDistance(QStringView a, QStringView b)
+{
+    std::vector<int> row(std::size_t(b.size()) + 1);
+    for (std::size_t j = 0; j < row.size(); ++j)
+        row[j] = int(j);
+    for (qsizetype i = 1; i <= a.size(); ++i) {
+        int diagonal = row[0];
+        row[0] = int(i);
+        for (qsizetype j = 1; j <= b.size(); ++j) {
+            const int above = row[std::size_t(j)];
+            const bool same = a[i - 1].toLower() == b[j - 1].toLower();
+            row[std::size_t(j)]
+                = std::min({ above + 1, row[std::size_t(j - 1)] + 1, diagonal + (same ? 0 : 1) });
+            diagonal = above;
+        }
+    }
+    return row.back();
+}
+
+// A line that was meant as "open" but is mistyped ("opn", "oepn") still has its password where
+// an open line has it: that word is hidden too, wherever the line is shown.
+bool looksLikeOpen(const QString& text, const std::vector<Span>& spans)
+{
+    constexpr int kTypos = 2;
+    return qsizetype(spans.size()) > kPasswordWord
+        && editDistance(QStringView(text).mid(spans.front().start, spans.front().length), u"open")
+        <= kTypos;
+}
+
 // Control characters would garble a report line; a binary file is full of them.
 QString visible(QString text)
 {
@@ -103,6 +133,13 @@ ScriptLine ScriptLine::parse(const QString& line, bool cut)
         parsed.kind = int(spans.size()) >= keyword->required ? Kind::Command : Kind::Malformed;
     } else {
         parsed.kind = Kind::Unparsable;
+    }
+    if (keyword == std::end(kKeywords)) {
+        const auto spans = wordsOf(text, kPasswordWord + 1);
+        if (looksLikeOpen(text, spans)) {
+            const Span& password = spans[kPasswordWord];
+            parsed.shown.replace(password.start, password.length, QStringLiteral("*****"));
+        }
     }
     if (cut) {
         parsed.kind = Kind::Unparsable;

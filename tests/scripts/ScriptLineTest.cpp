@@ -38,6 +38,12 @@ TEST(ScriptLine, KeywordsWordsAndCounts)
         { "rename srv a", Kind::Malformed, ScriptVerb::Rename, "rename srv a", "rename srv a" },
         { "   //comment", Kind::Skipped, ScriptVerb::Open, "", "//comment" },
         { "  \t ", Kind::Skipped, ScriptVerb::Open, "", "" },
+        // A mistyped open still hides the word where an open line has its password.
+        { "opn typo host user secret 21", Kind::Unparsable, ScriptVerb::Open, "",
+            "opn typo host user ***** 21" },
+        { "OEPN typo host user secret", Kind::Unparsable, ScriptVerb::Open, "",
+            "OEPN typo host user *****" },
+        { "lcd a b c keep", Kind::Command, ScriptVerb::Lcd, "lcd a", "lcd a b c keep" },
         { "\x01\x7f"
           "bin",
             Kind::Unparsable, ScriptVerb::Open, "",
