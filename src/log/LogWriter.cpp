@@ -32,10 +32,14 @@ LogFilter filterFromSettings()
     return LogFilter::Unsuccessful;
 }
 
-QString oneLine(QString text)
+// A record is one line of tab-separated columns: a name from a hostile listing or a server's reply
+// must not add a column or a line.
+QString oneField(QString text)
 {
-    text.replace(u'\n', u' ');
-    text.replace(u'\r', u' ');
+    for (QChar& c : text) {
+        if (c == u'\n' || c == u'\r' || c == u'\t')
+            c = u' ';
+    }
     return text;
 }
 
@@ -99,10 +103,10 @@ void LogWriter::write(const LogEvent& event)
         LogRecord record;
         record.seq = ++counter_;
         record.setMessage(event.messageId);
-        record.field1 = event.field1;
-        record.field2 = event.field2;
-        record.field3 = event.field3;
-        record.detail = oneLine(event.detail);
+        record.field1 = oneField(event.field1);
+        record.field2 = oneField(event.field2);
+        record.field3 = oneField(event.field3);
+        record.detail = oneField(event.detail);
         if (event.time && event.date) {
             record.time = *event.time;
             record.date = *event.date;

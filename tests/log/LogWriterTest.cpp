@@ -237,16 +237,17 @@ TEST(LogWriter, UnusableLogPathFailsQuietly)
     }
 }
 
-TEST(LogWriter, DetailIsOneLineAndSessionEndIsStoredAsConnectionClosed)
+TEST(LogWriter, RecordIsOneLineOfItsColumnsAndSessionEndIsStoredAsConnectionClosed)
 {
     LogRun run;
     LogWriter& writer = run.start();
     LogEvent e = event(kLineA);
     e.messageId = ids::kLogSessionEnded;
-    e.detail = QStringLiteral("550 No\r\nsuch file\nhere\r");
+    e.field1 = QStringLiteral("a\tb\nc.txt"); // a name from a hostile listing
+    e.detail = QStringLiteral("550 No\r\nsuch\tfile\nhere\r");
     writer.write(e);
     EXPECT_EQ(contents(run.path).split('\n')[1],
-        "32876\t10:00\t01/02/2024\ta.txt\tsite\t/pub\t550 No  such file here ");
+        "32876\t10:00\t01/02/2024\ta b c.txt\tsite\t/pub\t550 No  such file here ");
     EXPECT_EQ(run.listener.records.value(0).outcome, 16);
 }
 
