@@ -105,6 +105,26 @@ TEST_F(LinkTest, RunHandsOverEachFileOnceWithItsCasingAndEverySite)
     EXPECT_TRUE(LinkRun::prepare(QStringLiteral("no such link")).files.empty());
 }
 
+// A link written by hand with relative paths means the same from cron, whatever the current
+// folder of the process: the paths are below the data folder.
+TEST_F(LinkTest, RelativePathsOfALinkAreBelowTheDataFolder)
+{
+    writeFile(localFolder() + QStringLiteral("/a.txt"), "a");
+    makeList("daily", { localFolder() + "|a.txt" });
+    makeProfile(QStringLiteral("site.ini"), "relhost");
+    const QDir base(DataFolders::base());
+    makeLink(QStringLiteral("rel"), { base.relativeFilePath(profile("site.ini")) },
+        base.relativeFilePath(FileListStore::listFile(listFolder("daily"))));
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(QDir::rootPath()));
+    const LinkPlan plan = LinkRun::prepare(QStringLiteral("rel"));
+    QDir::setCurrent(before);
+    ASSERT_EQ(plan.files.size(), 1U);
+    EXPECT_EQ(plan.files.front().localName, QStringLiteral("a.txt"));
+    ASSERT_EQ(plan.sites.size(), 1U);
+    EXPECT_EQ(plan.sites.front().host, QStringLiteral("relhost"));
+}
+
 TEST_F(LinkTest, LinksFollowRenamedAndDeletedProfilesAndLists)
 {
     using Act = std::function<void(ProfileStore&, FileListStore&)>;
