@@ -75,15 +75,10 @@ const std::optional<RemoteListing>& RemoteFinder::listing(const QString& folder)
         return *known;
     // A path that ends in "/" is listed (LIST) rather than fetched.
     const auto path = key.endsWith(u'/') ? key : key + u'/';
-    QByteArray reply;
-    const auto listed
-        = connection_.download(path, TransferType::Binary, [&reply](const char* data, qint64 size) {
-              reply.append(data, size);
-              return true;
-          });
+    RemoteListing listed;
     auto& entry = listings_[key];
-    if (listed.ok())
-        entry = RemoteListing::parse(reply);
+    if (RemoteListing::fetch(connection_, path, listed).ok())
+        entry = std::move(listed);
     return entry;
 }
 

@@ -21,15 +21,7 @@ FtpResult RemoteFolder::list(
     // A path that ends in "/" is listed (LIST) rather than fetched.
     if (!path.endsWith(u'/'))
         path += u'/';
-    QByteArray reply;
-    const auto listed
-        = connection.download(path, TransferType::Binary, [&reply](const char* data, qint64 size) {
-              reply.append(data, size);
-              return true;
-          });
-    if (listed.ok())
-        listing = RemoteListing::parse(reply);
-    return listed;
+    return RemoteListing::fetch(connection, path, listing);
 }
 
 std::optional<bool> RemoteFolder::holds(FtpConnection& connection, const QString& path)

@@ -38,6 +38,7 @@ QJsonObject toJson(const FtpFaults& faults)
         { "close_data_on", QJsonArray::fromStringList(faults.closeDataOn) },
         { "stall", stall },
         { "refuse", QJsonArray::fromStringList(faults.refuse) },
+        { "endless_listing", faults.endlessListing },
     };
     if (faults.closeDataAfter)
         json["close_data_after"] = double(*faults.closeDataAfter);

@@ -37,6 +37,8 @@ struct FtpFaults {
     std::map<QString, std::chrono::milliseconds> stall;
     // Commands answered "550 <command> refused by the test server." (MKD, STOR, DELE, RNFR...).
     QStringList refuse;
+    // LIST answers with lines that never end.
+    bool endlessListing = false;
 };
 
 // One command as the server received it (a stalled command is logged when it arrives); the

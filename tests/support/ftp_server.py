@@ -9,8 +9,8 @@ a server behind) or it receives SIGTERM.
 CONFIG.json: {"user": {"name": ..., "password": ..., "home": ...}, "faults_file": ...}
 The faults file is read again at every command; its keys (all optional) are
 refuse_login, close_data_after, close_data_on, stall ({"RETR": 1.5, "USER": null},
-null holding the reply until the server stops) and refuse, as FtpFaults in
-FtpServer.h describes them.
+null holding the reply until the server stops), refuse and endless_listing, as
+FtpFaults in FtpServer.h describes them.
 """
 
 import argparse
@@ -23,7 +23,8 @@ import sys
 import threading
 
 from pyftpdlib.authorizers import AuthenticationFailed, DummyAuthorizer
-from pyftpdlib.handlers import ActiveDTP, DTPHandler, FTPHandler
+from pyftpdlib.handlers import (ActiveDTP, BufferedIteratorProducer, DTPHandler,
+                                FTPHandler)
 from pyftpdlib.servers import FTPServer
 
 # Commands whose data connection a close_data_after fault can cut.
@@ -127,6 +128,14 @@ class FaultyHandler(FTPHandler):
     def pre_process_command(self, line, cmd, arg):
         self.log_command(cmd, arg)
         self._receive(line, cmd, arg)
+
+    def ftp_LIST(self, path):
+        if not self.faults.get("endless_listing"):
+            return super().ftp_LIST(path)
+        lines = (("-rw-r--r--   1 owner group %12d Jan 01  2024 file%d\r\n" % (n, n)).encode()
+                 for n in itertools.count())
+        self.push_dtp_data(BufferedIteratorProducer(lines), isproducer=True, cmd="LIST")
+        return path
 
     def _receive(self, line, cmd, arg):
         if self._held is not None:
