@@ -3,6 +3,7 @@
 // server.
 
 #include "DistributionFixture.h"
+#include "TestNotifier.h"
 #include "distribution/RemotePlacement.h"
 #include "distribution/TransferJob.h"
 #include "distribution/WorkerThreads.h"
@@ -18,6 +19,7 @@
 
 #include <array>
 #include <functional>
+#include <tuple>
 
 namespace zelto::test {
 namespace {
@@ -25,27 +27,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kDeadline = 20s;
-
-// Answers the window's questions as the test says, and keeps what was asked.
-class AnsweringNotifier final : public Notifier {
-public:
-    void showMessage(const QString&, MessageIcon) override { }
-    Answer ask(const Question& question) override
-    {
-        questions.push_back(question);
-        return answer;
-    }
-    bool askYesNo(const QString& text) override
-    {
-        yesNoQuestions.push_back(text);
-        return yes;
-    }
-
-    Answer answer = Answer::Cancelled;
-    bool yes = false;
-    std::vector<Question> questions;
-    std::vector<QString> yesNoQuestions;
-};
 
 TEST(TransferWindowCascadeTest, FollowsTheAnchorUntilAnEdge)
 {
@@ -85,17 +66,13 @@ protected:
     }
 
     std::shared_ptr<TransferJob> makeJob(
-        std::vector<JobSite> sites, bool serial, std::vector<FileEntry> files)
+        std::vector<JobSite> sites, bool serial, std::vector<FileEntry> files = {})
     {
         TransferJob::Setup setup;
         setup.serial = serial;
         setup.sites = std::move(sites);
-        setup.files = std::move(files);
+        setup.files = files.empty() ? fileSet() : std::move(files);
         return TransferJob::create(std::move(setup), recorder_.services, outcomes_, threads_);
-    }
-    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial)
-    {
-        return makeJob(std::move(sites), serial, fileSet());
     }
 
     QPointer<CTransferDlg> open(const std::shared_ptr<TransferJob>& job)
@@ -123,7 +100,7 @@ protected:
         QTest::mouseClick(cancel, Qt::LeftButton);
     }
 
-    AnsweringNotifier notifier_;
+    TestNotifier notifier_;
     WorkerThreads threads_;
 };
 
@@ -187,14 +164,12 @@ TEST_F(TransferWindowTest, EveryWayToCancelAsksFirst)
         { "Esc", [&] { QTest::keyClick(window, Qt::Key_Escape); } },
         { "the window manager's close", [&] { window->close(); } },
     };
-    notifier_.yes = false;
-    std::size_t asked = 0;
     for (const auto& [what, press] : ways) {
+        const auto asked = notifier_.yesNoQuestions.size();
         press();
         EXPECT_TRUE(
             waitUntil([&] { return notifier_.yesNoQuestions.size() == asked + 1; }, kDeadline))
             << what;
-        asked = notifier_.yesNoQuestions.size();
         ASSERT_FALSE(window.isNull()) << what;
         EXPECT_TRUE(window->isVisible()) << what << ": No keeps the window";
     }
@@ -291,20 +266,17 @@ TEST_F(TransferWindowTest, EveryAnswerToCancel)
         ASSERT_TRUE(commandSeen(0, c.stalled, before));
         const int laterLogins = count(1, "USER") + count(2, "USER");
 
-        notifier_.answer = c.answer;
+        // One site asks yes or no; a serial job asks all, only this one or cancel.
+        notifier_.reset(c.serial ? std::deque { c.answer } : std::deque<Answer> {});
         notifier_.yes = c.answer == Answer::Accepted;
-        const std::size_t asked = notifier_.questions.size() + notifier_.yesNoQuestions.size();
         clickCancel(*window);
-        EXPECT_EQ(notifier_.questions.size() + notifier_.yesNoQuestions.size(), asked + 1);
+        EXPECT_EQ(notifier_.yesNoQuestions.size(), c.serial ? 0u : 1u);
+        ASSERT_EQ(notifier_.questions.size(), c.serial ? 1u : 0u);
         if (c.serial) {
-            ASSERT_FALSE(notifier_.questions.empty());
-            const Question& question = notifier_.questions.back();
-            EXPECT_EQ(question.text,
-                QStringLiteral("This is a Serial FTP Put transfer. Cancel all or just this one?"));
-            EXPECT_EQ(question.acceptTextId, ids::kButtonAll);
-            EXPECT_EQ(question.middleTextId, ids::kButtonOnlyThisOne);
-            EXPECT_TRUE(question.middleEnabled);
-            EXPECT_EQ(question.cancelTextId, ids::kButtonCancel);
+            const Question& q = notifier_.questions[0];
+            EXPECT_EQ(q.text, "This is a Serial FTP Put transfer. Cancel all or just this one?");
+            EXPECT_EQ(std::tuple(q.acceptTextId, q.middleTextId, q.middleEnabled, q.cancelTextId),
+                std::tuple(ids::kButtonAll, ids::kButtonOnlyThisOne, true, ids::kButtonCancel));
         }
         EXPECT_EQ(window.isNull() || !window->isVisible(), c.closesAtOnce);
 

@@ -6,6 +6,7 @@
 #include "FtpServer.h"
 #include "RefusingPort.h"
 #include "TempSettings.h"
+#include "TestFiles.h"
 #include "TestWait.h"
 #include "Vsftpd.h"
 #include "app/SettingsStore.h"
@@ -15,8 +16,6 @@
 #include "options/SoundSink.h"
 #include "platform/Notifier.h"
 #include "platform/TrayIndicator.h"
-
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -107,18 +106,6 @@ inline JobSite siteOf(const FtpServer& server, const QString& folder = {}, qint6
 inline JobSite siteOf(const Vsftpd& server, const QString& folder = {}, qint64 total = 0)
 {
     return { Vsftpd::host(), Vsftpd::user(), Vsftpd::password(), server.port(), folder, total };
-}
-
-[[nodiscard]] inline QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-[[nodiscard]] inline bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 } // namespace zelto::test
