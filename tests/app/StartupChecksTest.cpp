@@ -1,13 +1,13 @@
 #include "app/StartupChecks.h"
 
 #include "TempSettings.h"
+#include "TestFiles.h"
 #include "app/DataFolders.h"
 #include "app/SettingsStore.h"
 #include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ TEST(StartupChecks, RefusesBadScriptsAndMissingLinks)
     QDir().mkpath(root + QStringLiteral("/folder.cmd"));
     for (const QString& file : { root + "/notes.txt", root + "/run.CMD", root + "/run.cmd.bak",
              DataFolders::linkFile(QStringLiteral("nightly")) })
-        ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly)) << file.toStdString();
+        test::writeFile(file, {});
 
     struct Case {
         QString script;

@@ -16,12 +16,12 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QMap>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -50,24 +50,15 @@ public:
         const std::lock_guard lock(mutex_);
         return sites_;
     }
-    [[nodiscard]] std::size_t count() const
-    {
-        const std::lock_guard lock(mutex_);
-        return sites_.size();
-    }
+    [[nodiscard]] std::size_t count() const { return sites().size(); }
     // The end of the site on `port`; fails the test when there is none or more than one.
     [[nodiscard]] Site of(quint16 port) const
     {
-        Site found;
-        int seen = 0;
-        for (const Site& site : sites()) {
-            if (site.site.port == port) {
-                found = site;
-                ++seen;
-            }
-        }
-        EXPECT_EQ(seen, 1) << "ends reported for port " << port;
-        return found;
+        const auto all = sites();
+        const auto on = [port](const Site& end) { return end.site.port == port; };
+        EXPECT_EQ(std::count_if(all.begin(), all.end(), on), 1) << "ends of port " << port;
+        const auto found = std::find_if(all.begin(), all.end(), on);
+        return found == all.end() ? Site {} : *found;
     }
 
 private:
