@@ -64,9 +64,7 @@ protected:
 
 TEST_F(LinkProgramTest, ExitStatusAndLinesTellWhatReachedEachSite)
 {
-    FtpFaults refused;
-    refused.refuseLogin = { QStringLiteral("*") };
-    servers_[2]->setFaults(refused);
+    servers_[2]->setFaults({ .refuseLogin = { "*" } });
 
     struct Case {
         const char* what;

@@ -110,9 +110,7 @@ TEST_F(MultiplePutTest, SendParallelOpensCascadingWindowsAndDeliversToEverySite)
     ASSERT_TRUE(waitUntil([&] { return !files_->adding(); }, kDeadline));
     // The first site's login is held back, so that its window is still open when the second
     // one follows it.
-    FtpFaults slowLogin;
-    slowLogin.stall[QStringLiteral("PASS")] = 1500ms;
-    servers_[0]->setFaults(slowLogin);
+    servers_[0]->setFaults({ .stall = { { "PASS", 1500ms } } });
 
     put_.sendParallel();
     EXPECT_TRUE(put_.preparing());

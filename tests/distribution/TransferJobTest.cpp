@@ -58,9 +58,7 @@ protected:
 
 TEST_F(TransferJobTest, ParallelAndSerialServeEveryWorkingSiteAlike)
 {
-    FtpFaults refused;
-    refused.refuseLogin = { QStringLiteral("*") };
-    servers_[2]->setFaults(refused);
+    servers_[2]->setFaults({ .refuseLogin = { "*" } });
 
     std::array<std::array<QMap<QString, QByteArray>, kServers>, 2> trees;
     for (const bool serial : { false, true }) {

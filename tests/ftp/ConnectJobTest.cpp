@@ -74,9 +74,7 @@ TEST_F(ConnectJobTest, EventsSoundsAndTrayInTheJobsOrder)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        FtpFaults faults;
-        faults.refuseLogin = c.refuseLogin;
-        server.setFaults(faults);
+        server.setFaults({ .refuseLogin = c.refuseLogin });
         recorder_.clear();
         auto site = siteOf(server, c.folder, 1234);
         if (!c.server.isEmpty())
@@ -112,8 +110,7 @@ TEST_F(ConnectJobTest, EventsSoundsAndTrayInTheJobsOrder)
 TEST_F(ConnectJobTest, DisconnectClosesWhatIsOpenAndAlwaysEndsTheSession)
 {
     FtpServer server;
-    FtpFaults refused;
-    refused.refuseLogin = { "*" };
+    const FtpFaults refused { .refuseLogin = { "*" } };
     for (const bool loggedIn : { true, false }) {
         SCOPED_TRACE(loggedIn ? "connected" : "login refused");
         server.setFaults(loggedIn ? FtpFaults {} : refused);
@@ -170,10 +167,8 @@ TEST_F(ConnectJobTest, QuickConnectStoresTheTypedValuesOnlyOnSuccess)
 TEST_F(ConnectJobTest, RetryRepeatsAFailedConnectButNotARefusedLogin)
 {
     FtpServer server;
-    FtpFaults stalled;
-    stalled.stall["USER"] = FtpFaults::kForever;
-    FtpFaults refused;
-    refused.refuseLogin = { "*" };
+    const FtpFaults stalled { .stall = { { "USER", FtpFaults::kForever } } };
+    const FtpFaults refused { .refuseLogin = { "*" } };
     struct Case {
         const char* name;
         int retries;

@@ -232,10 +232,7 @@ TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
         SCOPED_TRACE(std::string(c.deleteGet) + (c.refuse ? " refused" : ""));
         SettingsStore::set(settings::config::kDeleteGet, c.deleteGet);
         ASSERT_TRUE(makeFile(pyftpd_->home() + "/get.bin", 5000, 4));
-        FtpFaults faults;
-        if (c.refuse)
-            faults.refuse = { "DELE" };
-        pyftpd_->setFaults(faults);
+        pyftpd_->setFaults({ .refuse = c.refuse ? QStringList { "DELE" } : QStringList() });
         recorder_.clear();
         ASSERT_TRUE(getFile(*session, "get.bin", local_.filePath("get.bin"), false, 5000, {}).ok());
         EXPECT_EQ(recorder_.logIds(), c.logged);
@@ -298,9 +295,7 @@ TEST_F(TransferRoutinesTest, StopRequestEndsAGet)
     ASSERT_TRUE(makeFile(pyftpd_->home() + "/held.bin", 10'000, 8));
     std::stop_source stop;
     auto session = connect(targets_.front(), stop.get_token());
-    FtpFaults faults;
-    faults.stall["RETR"] = FtpFaults::kForever;
-    pyftpd_->setFaults(faults);
+    pyftpd_->setFaults({ .stall = { { "RETR", FtpFaults::kForever } } });
     std::jthread user([&] {
         if (waitUntil([&] { return pyftpd_->commandCount("RETR") == 1; }, 10s))
             stop.request_stop();
@@ -353,10 +348,7 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
             } },
         { "server closes during a get",
             [&] {
-                FtpFaults faults;
-                faults.closeDataAfter = 100'000;
-                faults.closeDataOn = { "RETR" };
-                pyftpd_->setFaults(faults);
+                pyftpd_->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "RETR" } });
                 return getFile(*session, "remote.bin", partial, false, 1'000'000, {});
             },
             inet::kConnectionTerminated,

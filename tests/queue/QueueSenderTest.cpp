@@ -157,9 +157,7 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
                 file.localFolder = QStringLiteral("/src/")
                     + QDir(local_.path()).relativeFilePath(file.localFolder);
         }
-        FtpFaults faults;
-        faults.refuse = { QString::fromLatin1(c.refused) };
-        servers_[c.server]->setFaults(faults);
+        servers_[c.server]->setFaults({ .refuse = { QString::fromLatin1(c.refused) } });
         for (int attempt = 1; attempt <= 2; ++attempt) {
             run(setup);
             const auto items = QueueStore().loadAll();

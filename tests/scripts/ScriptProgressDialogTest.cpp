@@ -78,9 +78,7 @@ TEST_F(ScriptProgressDialogTest, ClosingARunThatGoesOnAsksFirst)
     // The server holds the folder command, and no time-out ends the wait: the run stays under
     // way until it is stopped, however slowly the test runs.
     useQuickTimeouts(600);
-    FtpFaults held;
-    held.stall[QStringLiteral("MKD")] = FtpFaults::kForever;
-    a_->setFaults(held);
+    a_->setFaults({ .stall = { { "MKD", FtpFaults::kForever } } });
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const int folders = a_->commandCount("MKD");

@@ -240,9 +240,7 @@ TEST_F(ScriptRunTest, SendCopiesEveryMatchByteExact)
 TEST_F(ScriptRunTest, PauseResumeAndStop)
 {
     // Paused while a line runs: it ends, and the next one waits for the resume.
-    FtpFaults slow;
-    slow.stall[QStringLiteral("MKD")] = 1s;
-    a_->setFaults(slow);
+    a_->setFaults({ .stall = { { "MKD", 1s } } });
     auto sink = std::make_shared<RecordingLines>();
     auto script = start(writeScript({ open("a", *a_), "mkdir a one", "mkdir a two" }), sink);
     ASSERT_TRUE(waitUntil([&] { return a_->commandCount("MKD") == 1; }, 20s));
@@ -259,9 +257,7 @@ TEST_F(ScriptRunTest, PauseResumeAndStop)
     EXPECT_EQ(foldersAtResume, 1) << "the second line did not wait for the resume";
 
     // Stopped inside a put that the server holds: the put ends, no later line runs.
-    FtpFaults held;
-    held.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
-    a_->setFaults(held);
+    a_->setFaults({ .stall = { { "STOR", FtpFaults::kForever } } });
     ASSERT_TRUE(makeFile(local("up.txt"), 1000, 1));
     sink = std::make_shared<RecordingLines>();
     script = start(writeScript({ open("a", *a_), "put a up.txt", "mkdir a late" }), sink);

@@ -231,9 +231,7 @@ protected:
     void stall(
         int server, const char* command, std::chrono::milliseconds time = FtpFaults::kForever) const
     {
-        FtpFaults faults;
-        faults.stall[QLatin1String(command)] = time;
-        servers_[server]->setFaults(faults);
+        servers_[server]->setFaults({ .stall = { { QLatin1String(command), time } } });
     }
     [[nodiscard]] int count(int server, const char* command) const
     {
