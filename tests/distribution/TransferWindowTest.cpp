@@ -5,8 +5,6 @@
 #include "DistributionFixture.h"
 #include "TestNotifier.h"
 #include "distribution/RemotePlacement.h"
-#include "distribution/TransferJob.h"
-#include "distribution/WorkerThreads.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "platform/StringIds.h"
 
@@ -61,18 +59,7 @@ protected:
             if (qobject_cast<CTransferDlg*>(widget))
                 delete widget;
         }
-        // No worker may outlive its job.
-        EXPECT_TRUE(threads_.waitAll(kDeadline));
-    }
-
-    std::shared_ptr<TransferJob> makeJob(
-        std::vector<JobSite> sites, bool serial, std::vector<FileEntry> files = {})
-    {
-        TransferJob::Setup setup;
-        setup.serial = serial;
-        setup.sites = std::move(sites);
-        setup.files = files.empty() ? fileSet() : std::move(files);
-        return TransferJob::create(std::move(setup), recorder_.services, outcomes_, threads_);
+        DistributionFixture::TearDown();
     }
 
     QPointer<CTransferDlg> open(const std::shared_ptr<TransferJob>& job)
@@ -101,7 +88,6 @@ protected:
     }
 
     TestNotifier notifier_;
-    WorkerThreads threads_;
 };
 
 // What the window shows is what the job publishes, paths cut to their tails.
@@ -191,7 +177,7 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
     JobSite second = site(1);
     second.server = QStringLiteral("localhost");
     stall(1, "USER", 1s);
-    const auto job = makeJob({ site(0), second }, true, files);
+    const auto job = makeJob({ site(0), second }, true, nullptr, files);
     const auto window = open(job);
     EXPECT_EQ(window->windowTitle(), QStringLiteral("FTP Put to: 127.0.0.1"));
     job->start();
@@ -230,8 +216,8 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
             << server;
 }
 
-// Each answer, for one site and for a serial job: the window closes at once only when the job
-// is cancelled, and the files that reached each server.
+// Each answer, for one site and for a serial job held by server 0: the window closes at once only
+// when the job is cancelled; what each site's end reports and which files reached each server.
 TEST_F(TransferWindowTest, EveryAnswerToCancel)
 {
     struct Case {
@@ -243,14 +229,20 @@ TEST_F(TransferWindowTest, EveryAnswerToCancel)
         bool closesAtOnce;
         std::array<bool, kServers> served;
     };
+    const auto forever = FtpFaults::kForever;
     const Case cases[] = {
-        { "one site, Yes", false, "STOR", FtpFaults::kForever, Answer::Accepted, true,
+        { "one site, Yes", false, "STOR", forever, Answer::Accepted, true,
             { false, false, false } },
         { "one site, No", false, "STOR", 300ms, Answer::Cancelled, false, { true, false, false } },
-        { "serial, All", true, "USER", FtpFaults::kForever, Answer::Accepted, true,
+        { "serial, All, before the login", true, "USER", forever, Answer::Accepted, true,
             { false, false, false } },
-        { "serial, Only this one, before the login", true, "USER", FtpFaults::kForever,
-            Answer::Middle, false, { false, true, true } },
+        { "serial, All, while sending", true, "STOR", forever, Answer::Accepted, true,
+            { false, false, false } },
+        { "serial, Only this one, before the login", true, "USER", forever, Answer::Middle, false,
+            { false, true, true } },
+        // The file ends with 237 and the site goes on to its end: only a stopped connect fails it.
+        { "serial, Only this one, while sending", true, "STOR", forever, Answer::Middle, false,
+            { false, true, true } },
         { "serial, Cancel", true, "USER", 300ms, Answer::Cancelled, false, { true, true, true } },
     };
     for (const Case& c : cases) {
@@ -258,9 +250,9 @@ TEST_F(TransferWindowTest, EveryAnswerToCancel)
         clearServers();
         stall(0, c.stalled, c.stall);
         const int before = count(0, c.stalled);
-        const std::size_t ends = outcomes_.count();
-        const auto job
-            = c.serial ? makeJob({ site(0), site(1), site(2) }, true) : makeJob({ site(0) }, false);
+        RecordingOutcomes outcomes;
+        const auto job = c.serial ? makeJob({ site(0), site(1), site(2) }, true, &outcomes)
+                                  : makeJob({ site(0) }, false, &outcomes);
         const auto window = open(job);
         job->start();
         ASSERT_TRUE(commandSeen(0, c.stalled, before));
@@ -281,14 +273,31 @@ TEST_F(TransferWindowTest, EveryAnswerToCancel)
         EXPECT_EQ(window.isNull() || !window->isVisible(), c.closesAtOnce);
 
         EXPECT_TRUE(closed(window));
-        ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
-        EXPECT_EQ(outcomes_.count(), ends + (c.serial ? kServers : 1)) << "every site to the sink";
+        ASSERT_TRUE(ended(job));
+        ASSERT_EQ(outcomes.count(), std::size_t(c.serial ? kServers : 1))
+            << "every site to the sink";
+        const bool sending = c.stalled == std::string_view("STOR");
+        EXPECT_EQ(resultsOf(outcomes.of(site(0).port).files),
+            c.served[0] ? all(FileEntry::kSent)
+                        : (sending ? firstCancelled() : all(FileEntry::kNotTried)));
         for (int server = 0; server < kServers; ++server) {
             EXPECT_EQ(bool(served(server)), c.served[server]) << server;
             EXPECT_EQ(empty(server), !c.served[server]) << server;
         }
-        if (c.serial && c.answer == Answer::Accepted) {
+        if (!c.serial)
+            continue;
+        const bool cancelAll = c.answer == Answer::Accepted;
+        if (cancelAll) {
             EXPECT_EQ(count(1, "USER") + count(2, "USER"), laterLogins) << "no later site tried";
+            EXPECT_EQ(resultsOf(outcomes.of(site(1).port).files), all(FileEntry::kNotTried));
+        }
+        // The new worker may finish a site before the stopped one has left its connect.
+        for (const auto& result : job->results()) {
+            if (result.site.port != site(0).port) {
+                EXPECT_EQ(result.result, cancelAll ? TransferJob::kNotRun : 0) << result.site.port;
+            } else if (c.answer == Answer::Middle) {
+                EXPECT_EQ(result.result != 0, !sending) << "only a stopped connect fails the site";
+            }
         }
     }
 }

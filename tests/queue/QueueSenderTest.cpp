@@ -108,11 +108,10 @@ protected:
         auto job
             = TransferJob::create(std::move(setup), recorder_.services, bookkeeping_, threads_);
         job->start();
-        ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
+        ASSERT_TRUE(ended(job));
     }
 
     QueueBookkeeping bookkeeping_ { recorder_ };
-    WorkerThreads threads_;
 };
 
 // Under FULL_PATH a failed file's folder is the placed one; the resend must not place it twice.

@@ -10,8 +10,11 @@
 #include "distribution/FileEntry.h"
 #include "distribution/FileSet.h"
 #include "distribution/JobOutcomeSink.h"
+#include "distribution/TransferJob.h"
+#include "distribution/WorkerThreads.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/JobProgress.h"
+#include "platform/StringIds.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -172,10 +175,15 @@ protected:
     size_t seen_ = 0;
 };
 
-// Three pyftpdlib servers and a local tree of nested folders, sent with FULL_PATH.
+// Three pyftpdlib servers and a local tree of nested folders, sent with FULL_PATH, and the jobs
+// that send it.
 class DistributionFixture : public ::testing::Test {
 protected:
     static constexpr int kServers = 3;
+    static constexpr std::chrono::seconds kJobDeadline { 20 };
+
+    // No worker may outlive its job.
+    void TearDown() override { EXPECT_TRUE(threads_.waitAll(kJobDeadline)); }
 
     void SetUp() override
     {
@@ -194,6 +202,35 @@ protected:
         quint64 seed = 1;
         for (const auto& [path, size] : files)
             ASSERT_TRUE(makeFile(localPath(path), size, seed++));
+    }
+
+    // A job that sends `files` (the local tree's when none) and hands each site's end to `sink`
+    // (the fixture's outcomes when none).
+    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial,
+        JobOutcomeSink* sink = nullptr, std::vector<FileEntry> files = {})
+    {
+        TransferJob::Setup setup;
+        setup.serial = serial;
+        setup.sites = std::move(sites);
+        setup.files = files.empty() ? fileSet() : std::move(files);
+        return TransferJob::create(
+            std::move(setup), recorder_.services, sink ? *sink : outcomes_, threads_);
+    }
+    [[nodiscard]] static bool ended(const std::shared_ptr<TransferJob>& job)
+    {
+        return waitUntil([&] { return job->done(); }, kJobDeadline);
+    }
+    // The result of every file of the tree, or the first cancelled in its transfer and the
+    // others never tried.
+    [[nodiscard]] std::vector<int> all(int result) const
+    {
+        return std::vector<int>(fileSet().size(), result);
+    }
+    [[nodiscard]] std::vector<int> firstCancelled() const
+    {
+        auto results = all(FileEntry::kNotTried);
+        results.front() = ids::kPutCanceled;
+        return results;
     }
 
     [[nodiscard]] QString localPath(const QString& relative) const
@@ -249,6 +286,7 @@ protected:
     TempSettings settings_;
     QTemporaryDir local_;
     std::vector<std::unique_ptr<FtpServer>> servers_;
+    WorkerThreads threads_; // last: its workers have ended before what they report to goes
 };
 
 } // namespace zelto::test

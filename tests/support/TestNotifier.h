@@ -43,10 +43,7 @@ public:
         return yes;
     }
     // A fresh script of answers, with nothing told or asked yet.
-    void reset(std::deque<Answer> script)
-    {
-        *this = TestNotifier(std::move(script));
-    }
+    void reset(std::deque<Answer> script) { *this = TestNotifier(std::move(script)); }
 
     std::deque<Answer> answers;
     std::optional<Answer> fallback;
