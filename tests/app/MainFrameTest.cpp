@@ -28,7 +28,6 @@
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <QToolBar>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -192,39 +191,6 @@ TEST(MainFrameTest, ViewsStayInTheirPanesAcrossScreens)
     delete send;
 }
 
-TEST(MainFrameTest, BarsFollowTheirKeysAndTheirSwitchesWriteThem)
-{
-    const struct {
-        int id;
-        IntKey key;
-        const char* objectName;
-    } bars[] = { { cmd::kToolBar, config::kToolBar, "toolBar" },
-        { cmd::kProfileBar, config::kProfileBar, "profileBar" },
-        { cmd::kStatusBar, config::kStatusBar, nullptr } };
-    FrameRun run;
-    CMainFrame& frame = run.shown();
-    const auto bar = [&](const char* name) -> QWidget* {
-        return name ? frame.findChild<QWidget*>(QLatin1StringView(name)) : frame.statusBar();
-    };
-    for (const auto& b : bars) {
-        EXPECT_FALSE(bar(b.objectName)->isVisible()) << b.id;
-        EXPECT_FALSE(run.command(b.id)->isChecked()) << b.id;
-        run.command(b.id)->trigger();
-        EXPECT_TRUE(bar(b.objectName)->isVisible()) << b.id;
-        EXPECT_EQ(SettingsStore::get(b.key), 1) << b.id;
-        run.command(b.id)->trigger();
-        EXPECT_FALSE(bar(b.objectName)->isVisible()) << b.id;
-        EXPECT_EQ(SettingsStore::get(b.key), 0) << b.id;
-    }
-    FrameRun again;
-    SettingsStore::set(config::kToolBar, 1);
-    SettingsStore::set(config::kStatusBar, 1);
-    CMainFrame& next = again.shown();
-    EXPECT_TRUE(next.findChild<QToolBar*>(QStringLiteral("toolBar"))->isVisible());
-    EXPECT_TRUE(next.statusBar()->isVisible());
-    EXPECT_FALSE(next.findChild<QToolBar*>(QStringLiteral("profileBar"))->isVisible());
-}
-
 TEST(MainFrameTest, GeometryIsRestoredAndWrittenOnEveryMoveAndResizeButNotAtClose)
 {
     FrameRun run;
@@ -364,35 +330,51 @@ TEST(MainFrameTest, SchedulerSwitchesOnlyOnOk)
     EXPECT_TRUE(on.command(cmd::kTrayScheduler)->isChecked());
 }
 
-TEST(MainFrameTest, TransferModeAndLogFilterWriteTheirWords)
+// The bars, the transfer modes and the log filters: each command writes its key's word, and the
+// frame starts from the words stored.
+TEST(MainFrameTest, CommandsWriteTheirWordsAndTheFrameStartsFromThem)
 {
     FrameRun run;
+    SettingsStore::set(config::kStatusBar, 1);
     SettingsStore::set(ftp::kTransferType, QStringLiteral("TEXT"));
     SettingsStore::set(log::kView, QStringLiteral("UNSUCCESS"));
     run.services.log().reloadSettings();
     auto* logView = new CLogView(run.services.log(), run.notifier);
     FrameViews views;
     views.log = logView;
-    run.open(views);
-    EXPECT_TRUE(run.command(cmd::kAscii)->isChecked());
-    EXPECT_TRUE(run.command(cmd::kViewUnsuccessful)->isChecked());
+    CMainFrame& frame = run.shown(views);
+    const auto bar = [&](const char* name) -> QWidget* {
+        return *name ? frame.findChild<QWidget*>(QLatin1StringView(name)) : frame.statusBar();
+    };
+    EXPECT_FALSE(bar("toolBar")->isVisible());
+    EXPECT_FALSE(bar("profileBar")->isVisible());
+    EXPECT_TRUE(bar("")->isVisible());
+    for (const int id : { cmd::kStatusBar, cmd::kAscii, cmd::kViewUnsuccessful })
+        EXPECT_TRUE(run.command(id)->isChecked()) << id;
 
     const struct {
         int id;
-        TextKey key;
+        const char* section;
+        const char* key;
         const char* word;
+        const char* bar = nullptr; // the bar the command shows or hides ("" the status bar)
     } choices[] = {
-        { cmd::kBinary, ftp::kTransferType, "BINARY" },
-        { cmd::kAutomatic, ftp::kTransferType, "AUTOMATIC" },
-        { cmd::kAscii, ftp::kTransferType, "TEXT" },
-        { cmd::kViewAll, log::kView, "ALL" },
-        { cmd::kViewSuccessful, log::kView, "SUCCESS" },
-        { cmd::kViewUnsuccessful, log::kView, "UNSUCCESS" },
+        { cmd::kToolBar, "CONFIG", "ToolBar", "1", "toolBar" },
+        { cmd::kToolBar, "CONFIG", "ToolBar", "0", "toolBar" },
+        { cmd::kProfileBar, "CONFIG", "ProfileBar", "1", "profileBar" },
+        { cmd::kStatusBar, "CONFIG", "StatusBar", "0", "" },
+        { cmd::kBinary, "FTP", "TransferType", "BINARY" },
+        { cmd::kAutomatic, "FTP", "TransferType", "AUTOMATIC" },
+        { cmd::kAscii, "FTP", "TransferType", "TEXT" },
+        { cmd::kViewAll, "LOG", "View", "ALL" },
+        { cmd::kViewSuccessful, "LOG", "View", "SUCCESS" },
+        { cmd::kViewUnsuccessful, "LOG", "View", "UNSUCCESS" },
     };
-    for (const auto& choice : choices) {
-        run.command(choice.id)->trigger();
-        EXPECT_EQ(SettingsStore::get(choice.key), QLatin1StringView(choice.word)) << choice.id;
-        EXPECT_TRUE(run.command(choice.id)->isChecked()) << choice.id;
+    for (const auto& c : choices) {
+        run.command(c.id)->trigger();
+        EXPECT_EQ(stored(QLatin1StringView(c.section), c.key), QLatin1StringView(c.word)) << c.id;
+        EXPECT_EQ(run.command(c.id)->isChecked(), *c.word != '0') << c.id;
+        EXPECT_TRUE(!c.bar || bar(c.bar)->isVisible() == (*c.word == '1')) << c.id;
     }
     EXPECT_EQ(logView->filter(), LogFilter::Unsuccessful);
     run.command(cmd::kViewSuccessful)->trigger();
