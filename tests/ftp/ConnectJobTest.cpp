@@ -4,7 +4,6 @@
 #include "FtpTestKit.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/FtpErrors.h"
-#include "ftp/JobProgress.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 
@@ -30,19 +29,7 @@ using Tray = TrayState;
     return restore;
 }
 
-class ConnectJobTest : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        SKIP_WITHOUT(FtpServer);
-        useQuickTimeouts();
-        useDirectAccess();
-    }
-
-    TempSettings settings_;
-    Recorder recorder_;
-    JobProgress progress_;
-};
+using ConnectJobTest = FtpTest;
 
 TEST_F(ConnectJobTest, EventsSoundsAndTrayInTheJobsOrder)
 {

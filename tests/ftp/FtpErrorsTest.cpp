@@ -21,13 +21,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
+using FtpErrorsTest = FtpTest;
+
+TEST_F(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
 {
-    SKIP_WITHOUT(FtpServer);
-    TempSettings settings;
-    useQuickTimeouts();
-    useDirectAccess();
-    Recorder recorder;
     FtpServer server;
     QTemporaryDir local;
     const auto localFile = local.filePath("up.bin");
@@ -76,7 +73,7 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
         server.setFaults(c.faults);
         auto site = siteOf(server);
         c.site(site);
-        CTransferSession session(recorder.services);
+        CTransferSession session(recorder_.services);
         auto result = session.connectJob(site);
         if (result.ok() && c.step == Step::ChangeFolder)
             result = session.connection()->changeFolder("nope");

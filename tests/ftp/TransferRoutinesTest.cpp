@@ -46,13 +46,14 @@ struct Target {
     [[nodiscard]] QString stored(const QString& file) const { return root + u'/' + remote(file); }
 };
 
-class TransferRoutinesTest : public ::testing::Test {
+class TransferRoutinesTest : public FtpTest {
 protected:
+    TransferRoutinesTest() : FtpTest(2) { }
     void SetUp() override
     {
-        SKIP_WITHOUT(FtpServer);
-        useQuickTimeouts(2);
-        useDirectAccess();
+        FtpTest::SetUp();
+        if (IsSkipped())
+            return;
         pyftpd_ = std::make_unique<FtpServer>();
         targets_.push_back({ "pyftpdlib", siteOf(*pyftpd_), {}, pyftpd_->home() });
         if (!Vsftpd::unavailableReason()) {
@@ -71,9 +72,6 @@ protected:
         return session;
     }
 
-    TempSettings settings_;
-    Recorder recorder_;
-    JobProgress progress_;
     QTemporaryDir local_;
     std::unique_ptr<FtpServer> pyftpd_;
     std::unique_ptr<Vsftpd> vsftpd_;

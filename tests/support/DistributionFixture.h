@@ -102,14 +102,14 @@ inline std::vector<int> resultsOf(const std::vector<FileEntry>& files)
 }
 
 // One pyftpdlib server with quick time-outs for the engines, and a local folder.
-class EngineFixture : public ::testing::Test {
+class EngineFixture : public FtpTest {
 protected:
+    EngineFixture() : FtpTest(2) { }
     void SetUp() override
     {
-        SKIP_WITHOUT(FtpServer);
-        useQuickTimeouts(2);
-        useDirectAccess();
-        server_ = std::make_unique<FtpServer>();
+        FtpTest::SetUp();
+        if (!IsSkipped())
+            server_ = std::make_unique<FtpServer>();
     }
 
     [[nodiscard]] std::unique_ptr<CTransferSession> session()
@@ -166,9 +166,6 @@ protected:
         return counts;
     }
 
-    TempSettings settings_;
-    Recorder recorder_;
-    JobProgress progress_;
     QTemporaryDir local_;
     std::unique_ptr<FtpServer> server_;
     quint64 seed_ = 0;
@@ -177,7 +174,7 @@ protected:
 
 // Three pyftpdlib servers and a local tree of nested folders, sent with FULL_PATH, and the jobs
 // that send it.
-class DistributionFixture : public ::testing::Test {
+class DistributionFixture : public FtpTest {
 protected:
     static constexpr int kServers = 3;
     static constexpr std::chrono::seconds kJobDeadline { 20 };
@@ -185,11 +182,12 @@ protected:
     // No worker may outlive its job.
     void TearDown() override { EXPECT_TRUE(threads_.waitAll(kJobDeadline)); }
 
+    DistributionFixture() : FtpTest(5) { }
     void SetUp() override
     {
-        SKIP_WITHOUT(FtpServer);
-        useQuickTimeouts(5);
-        useDirectAccess();
+        FtpTest::SetUp();
+        if (IsSkipped())
+            return;
         // Every file under the site's folder, in the nested folders it came from.
         SettingsStore::set(settings::config::kFtpDirTree, QStringLiteral("FULL_PATH"));
         for (int i = 0; i < kServers; ++i)
@@ -281,9 +279,7 @@ protected:
         return waitUntil([&] { return count(server, command) > before; }, 20s);
     }
 
-    Recorder recorder_;
     RecordingOutcomes outcomes_;
-    TempSettings settings_;
     QTemporaryDir local_;
     std::vector<std::unique_ptr<FtpServer>> servers_;
     WorkerThreads threads_; // last: its workers have ended before what they report to goes

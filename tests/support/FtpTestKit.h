@@ -10,6 +10,7 @@
 #include "TestWait.h"
 #include "Vsftpd.h"
 #include "app/SettingsStore.h"
+#include "ftp/JobProgress.h"
 #include "ftp/JobServices.h"
 #include "ftp/JobSite.h"
 #include "log/LogSink.h"
@@ -107,5 +108,25 @@ inline JobSite siteOf(const Vsftpd& server, const QString& folder = {}, qint64 t
 {
     return { Vsftpd::host(), Vsftpd::user(), Vsftpd::password(), server.port(), folder, total };
 }
+
+// A test against the fixture servers, skipped where none can run: settings of its own with every
+// time-out at `timeoutSeconds`, direct access, and a recorder and progress for its jobs.
+class FtpTest : public ::testing::Test {
+protected:
+    explicit FtpTest(int timeoutSeconds = 1) : timeoutSeconds_(timeoutSeconds) { }
+    void SetUp() override
+    {
+        SKIP_WITHOUT(FtpServer);
+        useQuickTimeouts(timeoutSeconds_);
+        useDirectAccess();
+    }
+
+    TempSettings settings_;
+    Recorder recorder_;
+    JobProgress progress_;
+
+private:
+    int timeoutSeconds_;
+};
 
 } // namespace zelto::test
