@@ -252,7 +252,7 @@ TEST(MainFrameTest, TrayMenuHoldsItsCommandsInOrderAndOpensTwiceOverAShownWindow
     run.tray.activate(QSystemTrayIcon::DoubleClick);
     EXPECT_TRUE(frame.isVisible());
     bool waitOver = false;
-    QTimer::singleShot(2 * QApplication::doubleClickInterval(), [&] { waitOver = true; });
+    QTimer::singleShot(2 * QApplication::doubleClickInterval(), &frame, [&] { waitOver = true; });
     ASSERT_TRUE(waitUntil([&] { return waitOver; }, 10s));
     EXPECT_TRUE(opened.isEmpty());
 }
