@@ -3,24 +3,18 @@
 
 #include "app/BackgroundWork.h"
 
-#include "FtpServer.h"
+#include "DataFiles.h"
 #include "TempSettings.h"
-#include "TestFiles.h"
 #include "TestWait.h"
 #include "app/ProgramServices.h"
 #include "options/SoundPlayer.h"
 #include "platform/ConsoleNotifier.h"
-#include "platform/PrivateProfile.h"
-#include "profiles/FileList.h"
-#include "profiles/SiteProfile.h"
-#include "profiles/StoredFormats.h"
 #include "queue/QueueStore.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/DataFolders.h"
 #include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -33,28 +27,15 @@ public:
     void playFile(const QString&) override { }
 };
 
-// Link `name` sends `file` to the server as `user` with `password`.
-void writeLink(const QString& name, const FtpServer& server, const QString& password,
+// Link `name` sends `file` of `folder` to the server, logging in with `password`.
+void makeLink(const QString& name, const FtpServer& server, const QString& password,
     const QString& folder, const QString& file)
 {
-    FileListEntry entry;
-    entry.folder = folder;
-    entry.localName = file;
-    FileList list;
-    list.add(entry);
-    const QString listFile = DataFolders::files() + u'/' + name + u'/' + listfile::kFileName;
-    QDir().mkpath(QFileInfo(listFile).path());
-    ASSERT_TRUE(list.save(listFile));
+    const QString list = DataFolders::files() + u'/' + name + QStringLiteral("/flist.ini");
     const QString profile = DataFolders::profiles() + u'/' + name + QStringLiteral(".ini");
-    ASSERT_TRUE(SiteProfile::write(profile,
-        { FtpServer::host(), server.users().front().name, password, {}, {},
-            QString::number(server.port()) }));
-    const QString link = DataFolders::linkFile(name);
-    const QString items = QLatin1String(linkfile::kItemsSection);
-    PrivateProfile::writeString(link, items, QLatin1String(linkfile::kSites), QStringLiteral("1"));
-    PrivateProfile::writeString(link, items, QLatin1String(linkfile::kFiles), listFile);
-    PrivateProfile::writeString(link, QLatin1String(linkfile::kSiteSectionPrefix) + u'1',
-        QLatin1String(linkfile::kSite), profile);
+    writeList(list, { folder + u'|' + file });
+    writeProfile(profile, server, password);
+    writeLink(DataFolders::linkFile(name), { profile }, list);
 }
 
 TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued)
@@ -72,22 +53,20 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
     const QString folder = local.path();
     ASSERT_TRUE(makeFile(folder + QStringLiteral("/linked.bin"), 70'000, 1));
     ASSERT_TRUE(makeFile(folder + QStringLiteral("/scripted.bin"), 50'000, 2));
-    writeLink(QStringLiteral("web"), server, server.users().front().password, folder,
-        QStringLiteral("linked.bin"));
+    makeLink(QStringLiteral("web"), server, {}, folder, QStringLiteral("linked.bin"));
     // The queue knows an item by its names and hosts, so the refused file must differ from the
     // one sent to the same host, which would take it out again.
     ASSERT_TRUE(makeFile(folder + QStringLiteral("/refused.bin"), 10, 3));
-    writeLink(QStringLiteral("refused"), server, QStringLiteral("wrong"), folder,
+    makeLink(QStringLiteral("refused"), server, QStringLiteral("wrong"), folder,
         QStringLiteral("refused.bin"));
-    QFile script(QDir(DataFolders::base()).filePath(QStringLiteral("put.cmd")));
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    const QString script = DataFolders::base() + QStringLiteral("/put.cmd");
     const auto& user = server.users().front();
-    script.write(QStringLiteral("open srv %1 %2 %3 %4\nput srv %5/scripted.bin\nclose srv\n")
-                     .arg(FtpServer::host(), user.name, user.password)
-                     .arg(server.port())
-                     .arg(folder)
-                     .toUtf8());
-    script.close();
+    writeFile(script,
+        QStringLiteral("open srv %1 %2 %3 %4\nput srv %5/scripted.bin\nclose srv\n")
+            .arg(FtpServer::host(), user.name, user.password)
+            .arg(server.port())
+            .arg(folder)
+            .toUtf8());
 
     std::vector<ScheduleEntry> entries;
     for (const char* value : { "put.cmd Daily ---- 07:30 On", "web Daily ---- 07:30 On",
@@ -105,7 +84,7 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
     work.scheduler().checkSchedule();
     EXPECT_EQ(work.runningLinks(), 2u);
     EXPECT_EQ(work.runningScripts(), 1u);
-    EXPECT_EQ(shown, QStringList { script.fileName() });
+    EXPECT_EQ(shown, QStringList { script });
 
     ASSERT_TRUE(waitUntil([&] { return work.runningLinks() == 0 && work.runningScripts() == 0; },
         std::chrono::seconds(30)));

@@ -79,8 +79,7 @@ TEST(ProgramRun, QueueRunEndsWithTheQueue)
     QueueStore store;
     store.appendFailed(item);
 
-    test::FtpFaults refused;
-    refused.refuseLogin = { QStringLiteral("*") };
+    const test::FtpFaults refused { .refuseLogin = { "*" } };
     const struct {
         const char* what;
         test::FtpFaults faults;

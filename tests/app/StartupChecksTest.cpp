@@ -1,6 +1,7 @@
 #include "app/StartupChecks.h"
 
 #include "TempSettings.h"
+#include "TestFiles.h"
 #include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
 #include "queue/QueueStore.h"
@@ -8,7 +9,6 @@
 #include "settings/SettingsStore.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ TEST(StartupChecks, RefusesBadScriptsAndMissingLinks)
     QDir().mkpath(root + QStringLiteral("/folder.cmd"));
     for (const QString& file : { root + "/notes.txt", root + "/run.CMD", root + "/run.cmd.bak",
              DataFolders::linkFile(QStringLiteral("nightly")) })
-        ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly)) << file.toStdString();
+        test::writeFile(file, {});
 
     struct Case {
         QString script;

@@ -4,11 +4,11 @@
 #include "distribution/ui/CFtpView.h"
 
 #include "TempSettings.h"
+#include "TestFiles.h"
 #include "distribution/ui/CSiteChooser.h"
 #include "profiles/ProfileStore.h"
 #include "profiles/SiteProfile.h"
 
-#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QTest>
@@ -27,11 +27,7 @@ protected:
     }
     static void writeProfile(const QString& name, const QByteArray& settings)
     {
-        const QString file = profile(name);
-        QDir().mkpath(QFileInfo(file).path());
-        QFile out(file);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        out.write("[Settings]\n" + settings);
+        writeFile(profile(name), "[Settings]\n" + settings);
     }
     [[nodiscard]] QStringList row(int row) const
     {

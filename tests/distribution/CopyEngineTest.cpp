@@ -192,8 +192,7 @@ TEST_F(CopyEngineTest, EachFileKeepsItsOwnFailureAndOnlyCopiedSourcesAreDeleted)
 
 TEST_F(CopyEngineTest, ARefusedLoginOnEitherSideReturnsItsCodeAndCopiesNothing)
 {
-    FtpFaults refused;
-    refused.refuseLogin = QStringList { QStringLiteral("*") };
+    const FtpFaults refused { .refuseLogin = { "*" } };
     for (const bool targetRefuses : { false, true }) {
         SCOPED_TRACE(targetRefuses ? "target refuses" : "source refuses");
         server_->setFaults(targetRefuses ? FtpFaults {} : refused);
@@ -213,10 +212,8 @@ TEST_F(CopyEngineTest, ACopyJobEndsBothSessionsWhetherItRanOrWasCancelled)
 {
     for (const bool cancel : { false, true }) {
         SCOPED_TRACE(cancel ? "cancelled" : "ran");
-        FtpFaults stalled;
-        if (cancel)
-            stalled.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
-        to_->setFaults(stalled);
+        to_->setFaults(
+            cancel ? FtpFaults { .stall = { { "STOR", FtpFaults::kForever } } } : FtpFaults {});
         recorder_.clear();
         const int stored = to_->commandCount(QStringLiteral("STOR"));
         const QString name = cancel ? "cancelled.bin" : "ran.bin";

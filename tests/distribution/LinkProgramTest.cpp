@@ -1,12 +1,9 @@
 // The real program running a link unattended, as cron would: its lines and its exit status (a
 // missing link is in the program tests).
 
+#include "DataFiles.h"
 #include "DistributionFixture.h"
 #include "ProgramRun.h"
-#include "platform/PrivateProfile.h"
-#include "profiles/FileList.h"
-#include "profiles/SiteProfile.h"
-#include "profiles/StoredFormats.h"
 #include "settings/DataFolders.h"
 
 namespace zelto::test {
@@ -21,52 +18,30 @@ protected:
         DistributionFixture::SetUp();
         if (IsSkipped() || HasFatalFailure())
             return;
-        FileList list;
+        const QString list = DataFolders::files() + QStringLiteral("/web/flist.ini");
+        QStringList entries;
         for (const FileEntry& file : fileSet())
-            list.add(listed(file.localFolder, file.localName));
-        listFile_ = DataFolders::files() + QStringLiteral("/web/") + listfile::kFileName;
-        QDir().mkpath(QFileInfo(listFile_).path());
-        ASSERT_TRUE(list.save(listFile_));
+            entries << file.localFolder + u'|' + file.localName;
+        writeList(list, entries);
+        QStringList profiles;
         for (int i = 0; i < kServers; ++i) {
-            const auto& user = servers_[i]->users().front();
-            profiles_ << DataFolders::profiles() + QStringLiteral("/site%1.ini").arg(i);
-            ASSERT_TRUE(SiteProfile::write(profiles_.back(),
-                { FtpServer::host(), user.name, user.password, {}, {},
-                    QString::number(servers_[i]->port()) }));
+            profiles << DataFolders::profiles() + QStringLiteral("/site%1.ini").arg(i);
+            writeProfile(profiles.back(), *servers_[i]);
         }
-        writeLink(QStringLiteral("both"), { 0, 1 });
-        writeLink(QStringLiteral("all"), { 0, 1, 2 });
-        writeLink(QStringLiteral("empty"), {});
-    }
-
-    void writeLink(const QString& name, const std::vector<int>& sites) const
-    {
-        const QString file = DataFolders::linkFile(name);
-        const QString items = QLatin1String(linkfile::kItemsSection);
-        PrivateProfile::writeString(
-            file, items, QLatin1String(linkfile::kSites), QString::number(sites.size()));
-        PrivateProfile::writeString(file, items, QLatin1String(linkfile::kFiles), listFile_);
-        for (std::size_t i = 0; i < sites.size(); ++i) {
-            PrivateProfile::writeString(file,
-                QLatin1String(linkfile::kSiteSectionPrefix) + QString::number(i + 1),
-                QLatin1String(linkfile::kSite), profiles_[sites[i]]);
-        }
+        writeLink(DataFolders::linkFile("both"), profiles.mid(0, 2), list);
+        writeLink(DataFolders::linkFile("all"), profiles, list);
+        writeLink(DataFolders::linkFile("empty"), {}, list);
     }
 
     [[nodiscard]] QString label(int server) const
     {
         return FtpServer::host() + u':' + QString::number(servers_[server]->port());
     }
-
-    QString listFile_;
-    QStringList profiles_;
 };
 
 TEST_F(LinkProgramTest, ExitStatusAndLinesTellWhatReachedEachSite)
 {
-    FtpFaults refused;
-    refused.refuseLogin = { QStringLiteral("*") };
-    servers_[2]->setFaults(refused);
+    servers_[2]->setFaults({ .refuseLogin = { "*" } });
 
     struct Case {
         const char* what;

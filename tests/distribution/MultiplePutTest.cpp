@@ -3,6 +3,7 @@
 
 #include "distribution/ui/MultiplePut.h"
 
+#include "DataFiles.h"
 #include "DistributionFixture.h"
 #include "app/ProgramServices.h"
 #include "distribution/ui/CFtpView.h"
@@ -11,7 +12,6 @@
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "profiles/ProfileStore.h"
-#include "profiles/SiteProfile.h"
 #include "profiles/ui/CFileListView.h"
 
 #include <QAction>
@@ -50,10 +50,7 @@ protected:
     [[nodiscard]] QString profileOf(int index) const
     {
         const QString file = ProfileStore::root() + QStringLiteral("/site%1.ini").arg(index);
-        const FtpUser& user = servers_[index]->users().front();
-        EXPECT_TRUE(SiteProfile::write(file,
-            { FtpServer::host(), user.name, user.password, {}, {},
-                QString::number(servers_[index]->port()) }));
+        writeProfile(file, *servers_[index]);
         return file;
     }
     void listAll()
@@ -110,9 +107,7 @@ TEST_F(MultiplePutTest, SendParallelOpensCascadingWindowsAndDeliversToEverySite)
     ASSERT_TRUE(waitUntil([&] { return !files_->adding(); }, kDeadline));
     // The first site's login is held back, so that its window is still open when the second
     // one follows it.
-    FtpFaults slowLogin;
-    slowLogin.stall[QStringLiteral("PASS")] = 1500ms;
-    servers_[0]->setFaults(slowLogin);
+    servers_[0]->setFaults({ .stall = { { "PASS", 1500ms } } });
 
     put_.sendParallel();
     EXPECT_TRUE(put_.preparing());

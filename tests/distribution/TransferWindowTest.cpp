@@ -3,9 +3,8 @@
 // server.
 
 #include "DistributionFixture.h"
+#include "TestNotifier.h"
 #include "distribution/RemotePlacement.h"
-#include "distribution/TransferJob.h"
-#include "distribution/WorkerThreads.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "platform/StringIds.h"
 
@@ -18,6 +17,7 @@
 
 #include <array>
 #include <functional>
+#include <tuple>
 
 namespace zelto::test {
 namespace {
@@ -25,27 +25,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kDeadline = 20s;
-
-// Answers the window's questions as the test says, and keeps what was asked.
-class AnsweringNotifier final : public Notifier {
-public:
-    void showMessage(const QString&, MessageIcon) override { }
-    Answer ask(const Question& question) override
-    {
-        questions.push_back(question);
-        return answer;
-    }
-    bool askYesNo(const QString& text) override
-    {
-        yesNoQuestions.push_back(text);
-        return yes;
-    }
-
-    Answer answer = Answer::Cancelled;
-    bool yes = false;
-    std::vector<Question> questions;
-    std::vector<QString> yesNoQuestions;
-};
 
 TEST(TransferWindowCascadeTest, FollowsTheAnchorUntilAnEdge)
 {
@@ -80,22 +59,7 @@ protected:
             if (qobject_cast<CTransferDlg*>(widget))
                 delete widget;
         }
-        // No worker may outlive its job.
-        EXPECT_TRUE(threads_.waitAll(kDeadline));
-    }
-
-    std::shared_ptr<TransferJob> makeJob(
-        std::vector<JobSite> sites, bool serial, std::vector<FileEntry> files)
-    {
-        TransferJob::Setup setup;
-        setup.serial = serial;
-        setup.sites = std::move(sites);
-        setup.files = std::move(files);
-        return TransferJob::create(std::move(setup), recorder_.services, outcomes_, threads_);
-    }
-    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial)
-    {
-        return makeJob(std::move(sites), serial, fileSet());
+        DistributionFixture::TearDown();
     }
 
     QPointer<CTransferDlg> open(const std::shared_ptr<TransferJob>& job)
@@ -123,8 +87,7 @@ protected:
         QTest::mouseClick(cancel, Qt::LeftButton);
     }
 
-    AnsweringNotifier notifier_;
-    WorkerThreads threads_;
+    TestNotifier notifier_;
 };
 
 // What the window shows is what the job publishes, paths cut to their tails.
@@ -187,14 +150,12 @@ TEST_F(TransferWindowTest, EveryWayToCancelAsksFirst)
         { "Esc", [&] { QTest::keyClick(window, Qt::Key_Escape); } },
         { "the window manager's close", [&] { window->close(); } },
     };
-    notifier_.yes = false;
-    std::size_t asked = 0;
     for (const auto& [what, press] : ways) {
+        const auto asked = notifier_.yesNoQuestions.size();
         press();
         EXPECT_TRUE(
             waitUntil([&] { return notifier_.yesNoQuestions.size() == asked + 1; }, kDeadline))
             << what;
-        asked = notifier_.yesNoQuestions.size();
         ASSERT_FALSE(window.isNull()) << what;
         EXPECT_TRUE(window->isVisible()) << what << ": No keeps the window";
     }
@@ -216,7 +177,7 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
     JobSite second = site(1);
     second.server = QStringLiteral("localhost");
     stall(1, "USER", 1s);
-    const auto job = makeJob({ site(0), second }, true, files);
+    const auto job = makeJob({ site(0), second }, true, nullptr, files);
     const auto window = open(job);
     EXPECT_EQ(window->windowTitle(), QStringLiteral("FTP Put to: 127.0.0.1"));
     job->start();
@@ -255,8 +216,8 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
             << server;
 }
 
-// Each answer, for one site and for a serial job: the window closes at once only when the job
-// is cancelled, and the files that reached each server.
+// Each answer, for one site and for a serial job held by server 0: the window closes at once only
+// when the job is cancelled; what each site's end reports and which files reached each server.
 TEST_F(TransferWindowTest, EveryAnswerToCancel)
 {
     struct Case {
@@ -268,14 +229,20 @@ TEST_F(TransferWindowTest, EveryAnswerToCancel)
         bool closesAtOnce;
         std::array<bool, kServers> served;
     };
+    const auto forever = FtpFaults::kForever;
     const Case cases[] = {
-        { "one site, Yes", false, "STOR", FtpFaults::kForever, Answer::Accepted, true,
+        { "one site, Yes", false, "STOR", forever, Answer::Accepted, true,
             { false, false, false } },
         { "one site, No", false, "STOR", 300ms, Answer::Cancelled, false, { true, false, false } },
-        { "serial, All", true, "USER", FtpFaults::kForever, Answer::Accepted, true,
+        { "serial, All, before the login", true, "USER", forever, Answer::Accepted, true,
             { false, false, false } },
-        { "serial, Only this one, before the login", true, "USER", FtpFaults::kForever,
-            Answer::Middle, false, { false, true, true } },
+        { "serial, All, while sending", true, "STOR", forever, Answer::Accepted, true,
+            { false, false, false } },
+        { "serial, Only this one, before the login", true, "USER", forever, Answer::Middle, false,
+            { false, true, true } },
+        // The file ends with 237 and the site goes on to its end: only a stopped connect fails it.
+        { "serial, Only this one, while sending", true, "STOR", forever, Answer::Middle, false,
+            { false, true, true } },
         { "serial, Cancel", true, "USER", 300ms, Answer::Cancelled, false, { true, true, true } },
     };
     for (const Case& c : cases) {
@@ -283,40 +250,54 @@ TEST_F(TransferWindowTest, EveryAnswerToCancel)
         clearServers();
         stall(0, c.stalled, c.stall);
         const int before = count(0, c.stalled);
-        const std::size_t ends = outcomes_.count();
-        const auto job
-            = c.serial ? makeJob({ site(0), site(1), site(2) }, true) : makeJob({ site(0) }, false);
+        RecordingOutcomes outcomes;
+        const auto job = c.serial ? makeJob({ site(0), site(1), site(2) }, true, &outcomes)
+                                  : makeJob({ site(0) }, false, &outcomes);
         const auto window = open(job);
         job->start();
         ASSERT_TRUE(commandSeen(0, c.stalled, before));
         const int laterLogins = count(1, "USER") + count(2, "USER");
 
-        notifier_.answer = c.answer;
+        // One site asks yes or no; a serial job asks all, only this one or cancel.
+        notifier_.reset(c.serial ? std::deque { c.answer } : std::deque<Answer> {});
         notifier_.yes = c.answer == Answer::Accepted;
-        const std::size_t asked = notifier_.questions.size() + notifier_.yesNoQuestions.size();
         clickCancel(*window);
-        EXPECT_EQ(notifier_.questions.size() + notifier_.yesNoQuestions.size(), asked + 1);
+        EXPECT_EQ(notifier_.yesNoQuestions.size(), c.serial ? 0u : 1u);
+        ASSERT_EQ(notifier_.questions.size(), c.serial ? 1u : 0u);
         if (c.serial) {
-            ASSERT_FALSE(notifier_.questions.empty());
-            const Question& question = notifier_.questions.back();
-            EXPECT_EQ(question.text,
-                QStringLiteral("This is a Serial FTP Put transfer. Cancel all or just this one?"));
-            EXPECT_EQ(question.acceptTextId, ids::kButtonAll);
-            EXPECT_EQ(question.middleTextId, ids::kButtonOnlyThisOne);
-            EXPECT_TRUE(question.middleEnabled);
-            EXPECT_EQ(question.cancelTextId, ids::kButtonCancel);
+            const Question& q = notifier_.questions[0];
+            EXPECT_EQ(q.text, "This is a Serial FTP Put transfer. Cancel all or just this one?");
+            EXPECT_EQ(std::tuple(q.acceptTextId, q.middleTextId, q.middleEnabled, q.cancelTextId),
+                std::tuple(ids::kButtonAll, ids::kButtonOnlyThisOne, true, ids::kButtonCancel));
         }
         EXPECT_EQ(window.isNull() || !window->isVisible(), c.closesAtOnce);
 
         EXPECT_TRUE(closed(window));
-        ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
-        EXPECT_EQ(outcomes_.count(), ends + (c.serial ? kServers : 1)) << "every site to the sink";
+        ASSERT_TRUE(ended(job));
+        ASSERT_EQ(outcomes.count(), std::size_t(c.serial ? kServers : 1))
+            << "every site to the sink";
+        const bool sending = c.stalled == std::string_view("STOR");
+        EXPECT_EQ(resultsOf(outcomes.of(site(0).port).files),
+            c.served[0] ? all(FileEntry::kSent)
+                        : (sending ? firstCancelled() : all(FileEntry::kNotTried)));
         for (int server = 0; server < kServers; ++server) {
             EXPECT_EQ(bool(served(server)), c.served[server]) << server;
             EXPECT_EQ(empty(server), !c.served[server]) << server;
         }
-        if (c.serial && c.answer == Answer::Accepted) {
+        if (!c.serial)
+            continue;
+        const bool cancelAll = c.answer == Answer::Accepted;
+        if (cancelAll) {
             EXPECT_EQ(count(1, "USER") + count(2, "USER"), laterLogins) << "no later site tried";
+            EXPECT_EQ(resultsOf(outcomes.of(site(1).port).files), all(FileEntry::kNotTried));
+        }
+        // The new worker may finish a site before the stopped one has left its connect.
+        for (const auto& result : job->results()) {
+            if (result.site.port != site(0).port) {
+                EXPECT_EQ(result.result, cancelAll ? TransferJob::kNotRun : 0) << result.site.port;
+            } else if (c.answer == Answer::Middle) {
+                EXPECT_EQ(result.result != 0, !sending) << "only a stopped connect fails the site";
+            }
         }
     }
 }

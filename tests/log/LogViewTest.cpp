@@ -1,5 +1,6 @@
-#include "LogTestKit.h"
 #include "TempSettings.h"
+#include "TestFiles.h"
+#include "TestNotifier.h"
 #include "TestWait.h"
 #include "log/LogWriter.h"
 #include "log/ui/CLogView.h"
@@ -65,7 +66,7 @@ protected:
     }
 
     test::TempSettings settings_;
-    RecordingNotifier notifier_;
+    TestNotifier notifier_;
     LogWriter writer_ { notifier_ };
     std::unique_ptr<CLogView> view_ = std::make_unique<CLogView>(writer_, notifier_);
     int dialogs_ = 0;
@@ -129,7 +130,7 @@ TEST_F(LogViewTest, OpenedRecordsJoinWithNewNumbersAndStayOutOfTheLogFile)
     ASSERT_FALSE(fileBefore.isEmpty());
 
     const QString earlier = settings_.root() + QStringLiteral("/earlier.log");
-    putFile(earlier,
+    writeFile(earlier,
         "anything: the first line is not checked\n"
         "32863\t09:00\t31/01/2024\tx.txt\tsite\t/pub\tdone\n"
         "32864\t09:01\t31/01/2024\ty.txt\tsite\t/pub\t550 denied\n"
@@ -162,7 +163,7 @@ TEST_F(LogViewTest, SaveWritesOnlyShownRowsAndAsksBeforeReplacing)
         Answer answer;
         QByteArray expected;
         int dialogs;
-        int questions;
+        std::size_t questions;
     };
     const Case cases[] = {
         { "new file", true, false, Answer::Accepted, failureOnly, 1, 0 },
@@ -183,9 +184,8 @@ TEST_F(LogViewTest, SaveWritesOnlyShownRowsAndAsksBeforeReplacing)
         const QString path
             = settings_.root() + u'/' + QLatin1StringView(c.name) + QStringLiteral(".log");
         if (c.exists)
-            putFile(path, old);
-        notifier_.answer = c.answer;
-        notifier_.questions.clear();
+            writeFile(path, old);
+        notifier_.reset({ c.answer });
         dialogs_ = 0;
         chooseFile(path);
 
@@ -193,13 +193,13 @@ TEST_F(LogViewTest, SaveWritesOnlyShownRowsAndAsksBeforeReplacing)
 
         EXPECT_EQ(contents(path), c.expected);
         EXPECT_EQ(dialogs_, c.dialogs);
-        EXPECT_EQ(notifier_.questions.size(), c.questions);
+        EXPECT_TRUE(notifier_.messages.isEmpty());
+        ASSERT_EQ(notifier_.questions.size(), c.questions);
         if (c.questions > 0) {
-            EXPECT_EQ(notifier_.questions.value(0), StringTable::text(ids::kFileExistsOverwrite));
+            EXPECT_EQ(notifier_.questions[0].text, StringTable::text(ids::kFileExistsOverwrite));
         }
         view_->setFilter(LogFilter::All);
     }
-    EXPECT_TRUE(notifier_.messages.isEmpty());
 }
 
 TEST_F(LogViewTest, RecordsFromWorkerThreadsArriveInOrder)

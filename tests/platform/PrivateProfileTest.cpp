@@ -1,5 +1,6 @@
 #include "platform/PrivateProfile.h"
 
+#include "TestFiles.h"
 #include "platform/FileLock.h"
 
 #include <QDir>
@@ -17,24 +18,14 @@
 namespace zelto {
 namespace {
 
+using test::contents;
+using test::writeFile;
+
 const QString kFallback = QStringLiteral("DEF");
 
 class PrivateProfileTest : public ::testing::Test {
 protected:
     [[nodiscard]] QString path() const { return dir_.filePath(QStringLiteral("test.ini")); }
-
-    static void writeFile(const QString& file, const QByteArray& bytes)
-    {
-        QFile out(file);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        ASSERT_EQ(out.write(bytes), bytes.size());
-    }
-
-    [[nodiscard]] static QByteArray readFile(const QString& file)
-    {
-        QFile in(file);
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-    }
 
     QTemporaryDir dir_;
 };
@@ -117,7 +108,7 @@ TEST_F(PrivateProfileTest, WritesChangeOnlyWhatTheyName)
         SCOPED_TRACE(c.name);
         writeFile(path(), c.before);
         EXPECT_TRUE(c.change(path()));
-        EXPECT_EQ(readFile(path()), c.after);
+        EXPECT_EQ(contents(path()), c.after);
     }
 }
 
@@ -161,7 +152,7 @@ TEST_F(PrivateProfileTest, BadFilesReadWithoutHarmAndWritesKeepWhatWasReadable)
         EXPECT_EQ(PrivateProfile::getString(path(), "Good", "key", kFallback), c.expected);
 
         EXPECT_TRUE(PrivateProfile::writeString(path(), "Added", "k", "1"));
-        EXPECT_TRUE(readFile(path()).startsWith(c.file));
+        EXPECT_TRUE(contents(path()).startsWith(c.file));
         EXPECT_TRUE(PrivateProfile::writeString(path(), "Good", "added", "2"));
         EXPECT_EQ(PrivateProfile::getString(path(), "Good", "key", kFallback), c.expected);
         EXPECT_EQ(PrivateProfile::getString(path(), "Added", "k", kFallback), "1");
@@ -186,7 +177,7 @@ TEST_F(PrivateProfileTest, FailedWriteLeavesTheOldFileWhole)
 
     EXPECT_FALSE(written);
     EXPECT_TRUE(PrivateProfile::lastWriteFailure().contains(path()));
-    EXPECT_EQ(readFile(path()), before);
+    EXPECT_EQ(contents(path()), before);
     // No temporary file is left; the lock file of other processes stays, as it must.
     EXPECT_EQ(QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden),
         (QStringList { ".test.ini.lock", "test.ini" }));

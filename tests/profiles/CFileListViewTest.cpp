@@ -244,7 +244,7 @@ TEST_F(FileListViewTest, ServerFileAppendsOrReplacesTheShownList)
         view.dialogs().chooseServerFile = [&] { return fls; };
         makeAbc();
         const QString listFile = FileListStore::listFile(listFolder("abc"));
-        const QByteArray stored = readFile(listFile);
+        const QByteArray stored = contents(listFile);
         if (c.tied)
             view.openList(listFolder("abc"));
         view.loadServerFile();
@@ -259,7 +259,7 @@ TEST_F(FileListViewTest, ServerFileAppendsOrReplacesTheShownList)
             EXPECT_EQ(localNames(FileList::readStored(listFile)), c.names);
             EXPECT_FALSE(view.changed());
         } else {
-            EXPECT_EQ(readFile(listFile), stored);
+            EXPECT_EQ(contents(listFile), stored);
         }
     }
 }

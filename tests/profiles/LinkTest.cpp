@@ -13,6 +13,9 @@
 namespace zelto {
 namespace {
 
+using test::contents;
+using test::writeFile;
+
 using LinkTest = test::ProfilesFixture;
 
 // "site paths... list path" of a link, "-" when it is gone.
@@ -47,7 +50,7 @@ TEST_F(LinkTest, AddChecksTheNameAndTheFilesButAllowsNoSites)
         { QStringLiteral("old.ini"), true, true, 0, "old" }, // written over
     };
     for (const auto& c : cases) {
-        test::ScriptedNotifier notifier;
+        test::TestNotifier notifier;
         test::RecordingEvents events;
         LinkEditor editor(notifier, events);
         editor.setName(c.typed);
@@ -63,7 +66,7 @@ TEST_F(LinkTest, AddChecksTheNameAndTheFilesButAllowsNoSites)
                 (c.withSite ? profile("a.ini") + u' ' : QString()) + list);
         }
     }
-    EXPECT_TRUE(readFile(linkPath("old")).contains("[SITE3]\nSITE=/p/3.ini"))
+    EXPECT_TRUE(contents(linkPath("old")).contains("[SITE3]\nSITE=/p/3.ini"))
         << "sections of a longer site list stay";
 }
 
@@ -178,7 +181,7 @@ TEST_F(LinkTest, LinksFollowRenamedAndDeletedProfilesAndLists)
             const QString files = paths.takeLast();
             makeLink(names[i], paths, files);
         }
-        test::ScriptedNotifier notifier(c.answers);
+        test::TestNotifier notifier(c.answers);
         test::RecordingEvents events;
         ProfileStore profiles(notifier, events);
         FileListStore lists(notifier, events);
@@ -281,7 +284,7 @@ TEST_F(FileListTest, SaveWritesTheListOnlyWhenItHoldsEntries)
         list.add({ QStringLiteral("/y"), QStringLiteral("b"), QStringLiteral("B"), 6, 0, 0 }));
     EXPECT_FALSE(list.add({ QStringLiteral("/X"), QStringLiteral("A"), QString(), 1, 0, 0 }));
     ASSERT_TRUE(list.save(listFile));
-    EXPECT_EQ(readFile(listFile),
+    EXPECT_EQ(contents(listFile),
         "[LIST]\nNumItems=2\n[FILE1]\nLocalName=a\nFolder=/x\nRemoteName=\nSize=5\n"
         "[FILE2]\nLocalName=b\nFolder=/y\nRemoteName=B\nSize=6\n");
 }
@@ -333,7 +336,7 @@ TEST_F(FileListTest, ServerFileAppendsReplacesOrCancels)
         QFile::remove(listFile);
         FileList list;
         ASSERT_TRUE(list.add({ localFolder(), QStringLiteral("B.TXT"), QString(), 1, 0, 0 }));
-        test::ScriptedNotifier notifier(c.answers);
+        test::TestNotifier notifier(c.answers);
         EXPECT_EQ(list.loadServerFile(fls(c.bytes), listFile, notifier), c.result);
         EXPECT_TRUE(notifier.answers.empty());
         EXPECT_EQ(test::localNames(list.entries()), c.names);

@@ -8,6 +8,9 @@
 namespace zelto {
 namespace {
 
+using test::contents;
+using test::writeFile;
+
 TEST(ProfileNames, ProfilesAndLinksCutTypedNamesDifferently)
 {
     const struct {
@@ -92,7 +95,7 @@ TEST_F(SiteProfileTest, SaveInNewAndEditModes)
         EXPECT_EQ(saved, c.message == 0) << c.setup;
         EXPECT_EQ(notifier_.messages, test::texts(c.message)) << c.setup;
         EXPECT_EQ(form.mode(), c.modeAfter) << c.setup;
-        EXPECT_TRUE(c.setup != NewOverExisting || readFile(site) == existing) << "left untouched";
+        EXPECT_TRUE(c.setup != NewOverExisting || contents(site) == existing) << "left untouched";
         // Saved, or kept in the form for the user to correct.
         EXPECT_EQ(saved ? SiteProfile::readFields(site) : form.values().profile, values.profile);
     }
@@ -105,7 +108,7 @@ TEST_F(SiteProfileTest, SavedFileHoldsTheSixKeysInOrderForItsOwnerOnly)
     form.setValues(filled(QStringLiteral(".hidden")));
     ASSERT_TRUE(form.ok(ProfileStore::root(), notifier_, events_));
     const QString hidden = profile(".hidden.ini");
-    EXPECT_EQ(readFile(hidden),
+    EXPECT_EQ(contents(hidden),
         "[Settings]\nHost=ftp.example.com\nUser=bob\nPassword=secret\nRemote Path=/pub\n"
         "Description=main mirror\nPort=21\n");
     EXPECT_TRUE(ownerOnly(hidden));
@@ -116,7 +119,7 @@ TEST_F(SiteProfileTest, SavedFileHoldsTheSixKeysInOrderForItsOwnerOnly)
     form.load(ProfileStore::root(), QStringLiteral("site.ini"));
     form.setValues(filled(QStringLiteral("site")));
     ASSERT_TRUE(form.ok(ProfileStore::root(), notifier_, events_));
-    EXPECT_EQ(readFile(site),
+    EXPECT_EQ(contents(site),
         "; note\n[Settings]\nHost=ftp.example.com\nExtra=1\nPort=21\nUser=bob\nPassword=secret\n"
         "Remote Path=/pub\nDescription=main mirror\n[Other]\nKey=value\n");
 }
@@ -204,7 +207,7 @@ TEST_F(ProfileStoreTest, DeleteFolderTakesTheItemOrTheWholeTree)
         for (const char* p : { "eu/paris.ini", "eu/sub/rome.ini", "eu2/oslo.ini" })
             makeProfile(p);
 
-        test::ScriptedNotifier notifier(c.answers);
+        test::TestNotifier notifier(c.answers);
         EXPECT_EQ(ProfileStore(notifier, events_).deleteFolder(c.folder), c.gone);
         EXPECT_TRUE(notifier.answers.empty());
         EXPECT_EQ(QFileInfo::exists(c.folder), !c.gone);

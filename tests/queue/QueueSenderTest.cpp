@@ -108,11 +108,10 @@ protected:
         auto job
             = TransferJob::create(std::move(setup), recorder_.services, bookkeeping_, threads_);
         job->start();
-        ASSERT_TRUE(waitUntil([&] { return job->done(); }, kDeadline));
+        ASSERT_TRUE(ended(job));
     }
 
     QueueBookkeeping bookkeeping_ { recorder_ };
-    WorkerThreads threads_;
 };
 
 // Under FULL_PATH a failed file's folder is the placed one; the resend must not place it twice.
@@ -157,9 +156,7 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
                 file.localFolder = QStringLiteral("/src/")
                     + QDir(local_.path()).relativeFilePath(file.localFolder);
         }
-        FtpFaults faults;
-        faults.refuse = { QString::fromLatin1(c.refused) };
-        servers_[c.server]->setFaults(faults);
+        servers_[c.server]->setFaults({ .refuse = { QString::fromLatin1(c.refused) } });
         for (int attempt = 1; attempt <= 2; ++attempt) {
             run(setup);
             const auto items = QueueStore().loadAll();

@@ -1,8 +1,8 @@
-// The queue file as each operation leaves it, alone or many in one write, and what survives bad
-// files and failed writes.
+// The queue file as each operation leaves it, and what survives bad files.
 
 #include "queue/QueueStore.h"
 
+#include "TestFiles.h"
 #include "platform/IniDocument.h"
 #include "platform/PrivateProfile.h"
 
@@ -12,11 +12,12 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <optional>
 
 namespace zelto {
 namespace {
+
+using test::writeFile;
 
 QueueItem named(const QString& name, const QString& reason = {})
 {
@@ -46,30 +47,9 @@ QStringList namesOf(const std::vector<QueueItem>& items)
     return names;
 }
 
-// Every section with its lines, by name: where in the file a section stands does not matter.
-std::map<QString, QStringList> sectionsOf(const QByteArray& file)
-{
-    const IniDocument document(file);
-    std::map<QString, QStringList> sections;
-    for (const QString& name : document.sectionNames())
-        sections.emplace(name, document.sectionLines(name));
-    return sections;
-}
-
 class QueueStoreTest : public ::testing::Test {
 protected:
     [[nodiscard]] QString path() const { return dir_.filePath(QStringLiteral("zeltoQue.ini")); }
-    void writeFile(const QByteArray& bytes) const
-    {
-        QFile out(path());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        ASSERT_EQ(out.write(bytes), bytes.size());
-    }
-    [[nodiscard]] QByteArray readFile() const
-    {
-        QFile in(path());
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-    }
 
     QTemporaryDir dir_;
 };
@@ -145,7 +125,7 @@ TEST_F(QueueStoreTest, OperationsLeaveTheSectionsAsTheRulesSay)
         SCOPED_TRACE(c.what);
         QFile::remove(path());
         if (c.before)
-            writeFile(*c.before);
+            writeFile(path(), *c.before);
         QueueStore store(path());
         c.change(store);
         EXPECT_EQ(namesOf(store.loadAll()), c.names);
@@ -160,48 +140,11 @@ TEST_F(QueueStoreTest, OperationsLeaveTheSectionsAsTheRulesSay)
     }
 }
 
-// One write for many operations must leave the file that one write per operation leaves.
-TEST_F(QueueStoreTest, OneUpdateEqualsOperationsOneByOne)
-{
-    using Op = std::function<void(QueueBatch&)>;
-    QueueItem copy = named("x");
-    copy.ftpMethod = "ZELTO_XFER";
-    copy.remLogin = "second";
-    const Op append = [](QueueBatch& b) { b.appendFailed(named("new")); };
-    const Op remove3 = [](QueueBatch& b) { b.removeSent(named("c")); };
-    const std::vector<std::vector<Op>> scenarios = {
-        { append, remove3, [](QueueBatch& b) { b.markSending(4); }, append,
-            [](QueueBatch& b) { b.removeSent(named("a")); },
-            [](QueueBatch& b) { b.appendFailed(named("g")); }, remove3,
-            [](QueueBatch& b) { b.purgeByAttempts(2); },
-            [](QueueBatch& b) { b.removeSent(named("new")); } },
-        { [](QueueBatch& b) { b.resetAllIdle(); }, remove3, [](QueueBatch& b) { b.clear(); },
-            append, [&](QueueBatch& b) { b.appendFailed(copy); }, append,
-            [](QueueBatch& b) { b.removeSent(named("new")); } },
-    };
-    // The last item, "g", passes the section buffer only when cut.
-    const QByteArray before
-        = queueOf({ 1, 3, 1, 2, 1, 5, 1 }) + "Reason=" + QByteArray(1100, 'r') + "\nStatus=1\n";
-    for (std::size_t s = 0; s < scenarios.size(); ++s) {
-        SCOPED_TRACE(s);
-        writeFile(before);
-        QueueStore store(path());
-        for (const Op& op : scenarios[s])
-            store.update(op);
-        const QByteArray oneByOne = readFile();
-        writeFile(before);
-        store.update([&](QueueBatch& batch) {
-            for (const Op& op : scenarios[s])
-                op(batch);
-        });
-        EXPECT_EQ(sectionsOf(readFile()), sectionsOf(oneByOne));
-    }
-}
-
 TEST_F(QueueStoreTest, ReadLimitsCutLongValues)
 {
-    writeFile("[QUEUE]\nNumQueues=1\n[QUEUE1]\nLocalName=" + QByteArray(300, 'n') + "\nPassword="
-        + QByteArray(60, 'p') + "\nFtpMethod=ZELTO_PUT_AND_MORE_WORDS\nRemLogin=other\n");
+    writeFile(path(),
+        "[QUEUE]\nNumQueues=1\n[QUEUE1]\nLocalName=" + QByteArray(300, 'n') + "\nPassword="
+            + QByteArray(60, 'p') + "\nFtpMethod=ZELTO_PUT_AND_MORE_WORDS\nRemLogin=other\n");
     const auto window = QueueStore(path()).loadAll();
     IniDocument document = PrivateProfile::read(path());
     const auto sender = QueueBatch(document).items(QueueReader::Sender);
@@ -235,14 +178,14 @@ TEST_F(QueueStoreTest, BadFilesReadWithoutHarmAndKeepTheirReadableItems)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        writeFile(c.file);
+        writeFile(path(), c.file);
         QueueStore store(path());
         EXPECT_EQ(namesOf(store.loadAll()), c.names);
         EXPECT_TRUE(store.appendFailed(named("new")));
         EXPECT_EQ(namesOf(store.loadAll()), c.names + QStringList { "new" });
     }
     // A count far past the last section is not taken at its word.
-    writeFile("[QUEUE]\nNumQueues=2000000000\n" + one);
+    writeFile(path(), "[QUEUE]\nNumQueues=2000000000\n" + one);
     EXPECT_EQ(QueueStore(path()).count(), 1 + QueueBatch::kMaxMissingItems);
 }
 

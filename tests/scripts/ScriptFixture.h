@@ -116,15 +116,16 @@ inline ::testing::AssertionResult sameLines(const QStringList& actual, const QSt
     return ::testing::AssertionSuccess();
 }
 
-class ScriptFixture : public ::testing::Test {
+class ScriptFixture : public FtpTest {
 protected:
     static constexpr auto kRunDeadline = std::chrono::seconds(60);
 
+    ScriptFixture() : FtpTest(5) { }
     void SetUp() override
     {
-        SKIP_WITHOUT(FtpServer);
-        useQuickTimeouts(5);
-        useDirectAccess();
+        FtpTest::SetUp();
+        if (IsSkipped())
+            return;
         ASSERT_TRUE(local_.isValid() && scripts_.isValid());
         SettingsStore::set(settings::config::kDataDir, local_.path());
         a_ = std::make_unique<FtpServer>();
@@ -143,7 +144,7 @@ protected:
     [[nodiscard]] QString writeScript(const QStringList& lines) const
     {
         const QString path = scripts_.filePath(QStringLiteral("run.cmd"));
-        EXPECT_TRUE(writeFile(path, lines.join(u'\n').toUtf8()));
+        writeFile(path, lines.join(u'\n').toUtf8());
         return path;
     }
 
@@ -180,8 +181,6 @@ protected:
 
     [[nodiscard]] QString local(const QString& name) const { return local_.filePath(name); }
 
-    TempSettings settings_;
-    Recorder recorder_;
     QTemporaryDir local_;
     QTemporaryDir scripts_;
     std::unique_ptr<FtpServer> a_;

@@ -2,9 +2,9 @@
 
 #include "scripts/ScriptLine.h"
 
+#include "TestFiles.h"
 #include "scripts/ScriptReader.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -70,14 +70,10 @@ TEST(ScriptReader, LongLinesAreCutAndLineEndsDropped)
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("s.cmd"));
     const QByteArray full(ScriptReader::kMaxLineBytes, 'f');
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("\xEF\xBB\xBFopen\r\n");
-    file.write(QByteArray(10'000, 'x') + "\n");
-    file.write(full + "\r\n"); // exactly at the limit: whole
-    file.write(full + "\n");
-    file.write("last");
-    file.close();
+    test::writeFile(path,
+        "\xEF\xBB\xBFopen\r\n" + QByteArray(10'000, 'x') + "\n" + full
+            + "\r\n" // at the limit: whole
+            + full + "\nlast");
 
     ScriptReader reader(path);
     ASSERT_TRUE(reader.open());

@@ -1,10 +1,9 @@
 #include "settings/SettingsStore.h"
 
 #include "TempSettings.h"
+#include "TestFiles.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -39,14 +38,6 @@ TEST(SettingsStore, WritesReadBackWithoutCache)
     EXPECT_EQ(QFile::permissions(temp.settingsFile()) & 0x0077, QFileDevice::Permissions());
 }
 
-void replaceStoreFile(const QString& file, const QByteArray& bytes)
-{
-    QDir().mkpath(QFileInfo(file).path());
-    QFile out(file);
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    out.write(bytes);
-}
-
 TEST(SettingsStore, ThreadThatReadBeforeSeesEveryChangeAtItsNextRead)
 {
     // This thread keeps the store open from its first read on; each change comes after that read.
@@ -64,7 +55,7 @@ TEST(SettingsStore, ThreadThatReadBeforeSeesEveryChangeAtItsNextRead)
             "MAXIMIZED" },
         { "file rewritten by another process",
             [](const test::TempSettings& temp) {
-                replaceStoreFile(temp.settingsFile(), "[CONFIG]\nWinState=MAXIMIZED\n");
+                test::writeFile(temp.settingsFile(), "[CONFIG]\nWinState=MAXIMIZED\n");
             },
             "MAXIMIZED" },
         { "file deleted by another process",
@@ -73,7 +64,7 @@ TEST(SettingsStore, ThreadThatReadBeforeSeesEveryChangeAtItsNextRead)
         { "store moved to another folder",
             [](const test::TempSettings& temp) {
                 const QString folder = temp.root() + QStringLiteral("/moved");
-                replaceStoreFile(folder + QStringLiteral("/Pellmoor/Zelto.conf"),
+                test::writeFile(folder + QStringLiteral("/Pellmoor/Zelto.conf"),
                     "[CONFIG]\nWinState=MAXIMIZED\n");
                 SettingsStore::relocate(folder);
             },
@@ -97,7 +88,7 @@ TEST(SettingsStore, DamagedStoreReadsDefaultsAndKeepsReadableKeys)
     };
     for (const auto& [what, bytes] : damages) {
         test::TempSettings temp;
-        replaceStoreFile(temp.settingsFile(), bytes);
+        test::writeFile(temp.settingsFile(), bytes);
         EXPECT_EQ(SettingsStore::get(ftp::kRetry), 2) << what;
         EXPECT_EQ(SettingsStore::get(config::kWinState), QStringLiteral("ICONIC")) << what;
         SettingsStore::set(config::kScheduler, QStringLiteral("YES"));

@@ -27,16 +27,16 @@ struct FtpFaults {
     static constexpr std::chrono::milliseconds kForever { -1 };
 
     // Logins turned down with 530: "*" for every user, otherwise the names listed.
-    QStringList refuseLogin;
+    QStringList refuseLogin {};
     // The data connection of the commands in closeDataOn is closed after so many bytes (426).
-    std::optional<qint64> closeDataAfter;
+    std::optional<qint64> closeDataAfter {};
     QStringList closeDataOn { QStringLiteral("RETR"), QStringLiteral("STOR") };
     // The reply to a command is held back this long, or kForever (until the server stops). The
     // later commands of that connection wait behind it; other connections go on. Note that
     // libcurl sends EPSV before PASV.
-    std::map<QString, std::chrono::milliseconds> stall;
+    std::map<QString, std::chrono::milliseconds> stall {};
     // Commands answered "550 <command> refused by the test server." (MKD, STOR, DELE, RNFR...).
-    QStringList refuse;
+    QStringList refuse {};
     // LIST answers with lines that never end.
     bool endlessListing = false;
 };

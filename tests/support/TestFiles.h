@@ -14,6 +14,13 @@ namespace zelto::test {
 // Makes the missing folders; false when the file cannot be written.
 [[nodiscard]] bool makeFile(const QString& path, qint64 size, quint64 seed);
 
+// Writes `bytes` to `path`, making the missing folders; a failed write fails the test.
+void writeFile(const QString& path, const QByteArray& bytes);
+
+// The bytes of the regular file at `path`, empty when there is none. A pipe is never opened: that
+// would wait for a writer.
+[[nodiscard]] QByteArray contents(const QString& path);
+
 // Success when both files exist and hold the same bytes; otherwise says where they part.
 [[nodiscard]] ::testing::AssertionResult sameBytes(const QString& a, const QString& b);
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <thread>
 
 namespace zelto::test {
@@ -27,6 +28,16 @@ template <typename Predicate>
         pause = std::min(pause * 2, milliseconds(20));
     }
     return true;
+}
+
+// Delivers the events posted to this thread so far: the end of a run whose last steps are queued,
+// where a test checks what did not happen.
+[[nodiscard]] inline bool settle()
+{
+    const auto reached = std::make_shared<bool>(false);
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [reached] { *reached = true; }, Qt::QueuedConnection);
+    return waitUntil([&] { return *reached; }, std::chrono::seconds(10));
 }
 
 } // namespace zelto::test

@@ -9,19 +9,22 @@
 #include "distribution/FileEntry.h"
 #include "distribution/FileSet.h"
 #include "distribution/JobOutcomeSink.h"
+#include "distribution/TransferJob.h"
+#include "distribution/WorkerThreads.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/JobProgress.h"
+#include "platform/StringIds.h"
 #include "settings/SettingsStore.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QMap>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -50,24 +53,15 @@ public:
         const std::lock_guard lock(mutex_);
         return sites_;
     }
-    [[nodiscard]] std::size_t count() const
-    {
-        const std::lock_guard lock(mutex_);
-        return sites_.size();
-    }
+    [[nodiscard]] std::size_t count() const { return sites().size(); }
     // The end of the site on `port`; fails the test when there is none or more than one.
     [[nodiscard]] Site of(quint16 port) const
     {
-        Site found;
-        int seen = 0;
-        for (const Site& site : sites()) {
-            if (site.site.port == port) {
-                found = site;
-                ++seen;
-            }
-        }
-        EXPECT_EQ(seen, 1) << "ends reported for port " << port;
-        return found;
+        const auto all = sites();
+        const auto on = [port](const Site& end) { return end.site.port == port; };
+        EXPECT_EQ(std::count_if(all.begin(), all.end(), on), 1) << "ends of port " << port;
+        const auto found = std::find_if(all.begin(), all.end(), on);
+        return found == all.end() ? Site {} : *found;
     }
 
 private:
@@ -108,14 +102,14 @@ inline std::vector<int> resultsOf(const std::vector<FileEntry>& files)
 }
 
 // One pyftpdlib server with quick time-outs for the engines, and a local folder.
-class EngineFixture : public ::testing::Test {
+class EngineFixture : public FtpTest {
 protected:
+    EngineFixture() : FtpTest(2) { }
     void SetUp() override
     {
-        SKIP_WITHOUT(FtpServer);
-        useQuickTimeouts(2);
-        useDirectAccess();
-        server_ = std::make_unique<FtpServer>();
+        FtpTest::SetUp();
+        if (!IsSkipped())
+            server_ = std::make_unique<FtpServer>();
     }
 
     [[nodiscard]] std::unique_ptr<CTransferSession> session()
@@ -172,25 +166,28 @@ protected:
         return counts;
     }
 
-    TempSettings settings_;
-    Recorder recorder_;
-    JobProgress progress_;
     QTemporaryDir local_;
     std::unique_ptr<FtpServer> server_;
     quint64 seed_ = 0;
     size_t seen_ = 0;
 };
 
-// Three pyftpdlib servers and a local tree of nested folders, sent with FULL_PATH.
-class DistributionFixture : public ::testing::Test {
+// Three pyftpdlib servers and a local tree of nested folders, sent with FULL_PATH, and the jobs
+// that send it.
+class DistributionFixture : public FtpTest {
 protected:
     static constexpr int kServers = 3;
+    static constexpr std::chrono::seconds kJobDeadline { 20 };
 
+    // No worker may outlive its job.
+    void TearDown() override { EXPECT_TRUE(threads_.waitAll(kJobDeadline)); }
+
+    DistributionFixture() : FtpTest(5) { }
     void SetUp() override
     {
-        SKIP_WITHOUT(FtpServer);
-        useQuickTimeouts(5);
-        useDirectAccess();
+        FtpTest::SetUp();
+        if (IsSkipped())
+            return;
         // Every file under the site's folder, in the nested folders it came from.
         SettingsStore::set(settings::config::kFtpDirTree, QStringLiteral("FULL_PATH"));
         for (int i = 0; i < kServers; ++i)
@@ -203,6 +200,35 @@ protected:
         quint64 seed = 1;
         for (const auto& [path, size] : files)
             ASSERT_TRUE(makeFile(localPath(path), size, seed++));
+    }
+
+    // A job that sends `files` (the local tree's when none) and hands each site's end to `sink`
+    // (the fixture's outcomes when none).
+    std::shared_ptr<TransferJob> makeJob(std::vector<JobSite> sites, bool serial,
+        JobOutcomeSink* sink = nullptr, std::vector<FileEntry> files = {})
+    {
+        TransferJob::Setup setup;
+        setup.serial = serial;
+        setup.sites = std::move(sites);
+        setup.files = files.empty() ? fileSet() : std::move(files);
+        return TransferJob::create(
+            std::move(setup), recorder_.services, sink ? *sink : outcomes_, threads_);
+    }
+    [[nodiscard]] static bool ended(const std::shared_ptr<TransferJob>& job)
+    {
+        return waitUntil([&] { return job->done(); }, kJobDeadline);
+    }
+    // The result of every file of the tree, or the first cancelled in its transfer and the
+    // others never tried.
+    [[nodiscard]] std::vector<int> all(int result) const
+    {
+        return std::vector<int>(fileSet().size(), result);
+    }
+    [[nodiscard]] std::vector<int> firstCancelled() const
+    {
+        auto results = all(FileEntry::kNotTried);
+        results.front() = ids::kPutCanceled;
+        return results;
     }
 
     [[nodiscard]] QString localPath(const QString& relative) const
@@ -240,9 +266,7 @@ protected:
     void stall(
         int server, const char* command, std::chrono::milliseconds time = FtpFaults::kForever) const
     {
-        FtpFaults faults;
-        faults.stall[QLatin1String(command)] = time;
-        servers_[server]->setFaults(faults);
+        servers_[server]->setFaults({ .stall = { { QLatin1String(command), time } } });
     }
     [[nodiscard]] int count(int server, const char* command) const
     {
@@ -255,11 +279,10 @@ protected:
         return waitUntil([&] { return count(server, command) > before; }, 20s);
     }
 
-    Recorder recorder_;
     RecordingOutcomes outcomes_;
-    TempSettings settings_;
     QTemporaryDir local_;
     std::vector<std::unique_ptr<FtpServer>> servers_;
+    WorkerThreads threads_; // last: its workers have ended before what they report to goes
 };
 
 } // namespace zelto::test

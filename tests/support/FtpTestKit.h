@@ -6,8 +6,10 @@
 #include "FtpServer.h"
 #include "RefusingPort.h"
 #include "TempSettings.h"
+#include "TestFiles.h"
 #include "TestWait.h"
 #include "Vsftpd.h"
+#include "ftp/JobProgress.h"
 #include "ftp/JobServices.h"
 #include "ftp/JobSite.h"
 #include "log/LogSink.h"
@@ -15,8 +17,6 @@
 #include "platform/Notifier.h"
 #include "platform/TrayIndicator.h"
 #include "settings/SettingsStore.h"
-
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -109,16 +109,24 @@ inline JobSite siteOf(const Vsftpd& server, const QString& folder = {}, qint64 t
     return { Vsftpd::host(), Vsftpd::user(), Vsftpd::password(), server.port(), folder, total };
 }
 
-[[nodiscard]] inline QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+// A test against the fixture servers, skipped where none can run: settings of its own with every
+// time-out at `timeoutSeconds`, direct access, and a recorder and progress for its jobs.
+class FtpTest : public ::testing::Test {
+protected:
+    explicit FtpTest(int timeoutSeconds = 1) : timeoutSeconds_(timeoutSeconds) { }
+    void SetUp() override
+    {
+        SKIP_WITHOUT(FtpServer);
+        useQuickTimeouts(timeoutSeconds_);
+        useDirectAccess();
+    }
 
-[[nodiscard]] inline bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
+    TempSettings settings_;
+    Recorder recorder_;
+    JobProgress progress_;
+
+private:
+    int timeoutSeconds_;
+};
 
 } // namespace zelto::test
