@@ -38,6 +38,9 @@ QJsonObject toJson(const FtpFaults& faults)
         { "close_data_on", QJsonArray::fromStringList(faults.closeDataOn) },
         { "stall", stall },
         { "refuse", QJsonArray::fromStringList(faults.refuse) },
+        { "drop", QJsonArray::fromStringList(faults.drop) },
+        { "hang_up_after_upload", faults.hangUpAfterUpload },
+        { "spare_files", faults.spareFiles },
     };
     if (faults.closeDataAfter)
         json["close_data_after"] = double(*faults.closeDataAfter);
