@@ -12,8 +12,7 @@ RemoteName RemoteName::of(const QString& path)
     return { slash == 0 ? QStringLiteral("/") : path.left(slash), path.mid(slash + 1) };
 }
 
-FtpResult RemoteFolder::list(
-    FtpConnection& connection, const QString& folder, RemoteListing& listing)
+FtpValue<RemoteListing> RemoteFolder::list(FtpConnection& connection, const QString& folder)
 {
     QString path = folder.isEmpty() ? connection.currentFolder() : folder;
     if (path.isEmpty())
@@ -27,18 +26,18 @@ FtpResult RemoteFolder::list(
               reply.append(data, size);
               return true;
           });
-    if (listed.ok())
-        listing = RemoteListing::parse(reply);
-    return listed;
+    if (!listed.ok())
+        return { listed };
+    return { listed, RemoteListing::parse(reply) };
 }
 
 std::optional<bool> RemoteFolder::holds(FtpConnection& connection, const QString& path)
 {
     const RemoteName name = RemoteName::of(path);
-    RemoteListing listing;
-    if (!list(connection, name.folder, listing).ok())
+    const auto listing = list(connection, name.folder);
+    if (!listing.ok())
         return std::nullopt;
-    return listing.contains(name.name);
+    return listing.value.contains(name.name);
 }
 
 } // namespace zelto

@@ -13,6 +13,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace zelto::test {
 namespace {
 
@@ -114,7 +117,7 @@ TEST_F(ConnectJobTest, EventsSoundsAndTrayInTheJobsOrder)
                 EXPECT_TRUE(recorder_.messages().empty());
             }
             if (c.code == 0) {
-                EXPECT_EQ(session.batchTotalBytes(), 1234);
+                EXPECT_EQ(session.reporter().batchTotalBytes(), 1234);
                 EXPECT_EQ(progress_.snapshot().jobTotal, 1234);
             }
         }
@@ -181,6 +184,25 @@ TEST_F(ConnectJobTest, QuickConnectStoresTheTypedValuesOnlyOnSuccess)
     EXPECT_EQ(recorder_.messages()[0].second, MessageIcon::Stop);
     EXPECT_EQ(SettingsStore::get(settings::ftp::kQuickDirec), "in");
     EXPECT_EQ(SettingsStore::get(settings::ftp::kQuickPasswd), "secret");
+
+    // A store that cannot be written (a file-size limit stops every write): the connection
+    // stands, and the user is told that its values were not kept.
+    recorder_.clear();
+    site.password = "secret";
+    site.remoteFolder.clear();
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
+    rlimit old {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    rlimit none = old;
+    none.rlim_cur = 0;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+    const auto kept = CTransferSession(recorder_.services, &progress_).quickConnect(site);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_TRUE(kept.ok()) << kept.text().toStdString();
+    ASSERT_EQ(recorder_.messages().size(), 1u);
+    EXPECT_TRUE(recorder_.messages()[0].first.contains(SettingsStore::location()));
+    EXPECT_EQ(recorder_.messages()[0].second, MessageIcon::Warning);
 }
 
 TEST_F(ConnectJobTest, RetryRepeatsAFailedConnectButNotARefusedLogin)
@@ -215,7 +237,7 @@ TEST_F(ConnectJobTest, RetryRepeatsAFailedConnectButNotARefusedLogin)
     }
 }
 
-TEST_F(ConnectJobTest, TimeoutsRetryAndCacheFlagsComeFromTheSettings)
+TEST_F(ConnectJobTest, TimeoutsAndRetryComeFromTheSettings)
 {
     SettingsStore::set(settings::ftp::kConnectTo, 7);
     SettingsStore::set(settings::ftp::kRecTo, 3);
@@ -229,27 +251,6 @@ TEST_F(ConnectJobTest, TimeoutsRetryAndCacheFlagsComeFromTheSettings)
     EXPECT_EQ(session.options().sendStall, 4000ms);
     EXPECT_EQ(session.options().replyTimeout, 6000ms);
     EXPECT_EQ(session.options().retries, 0);
-
-    struct Case {
-        const char* cache; // null: unset
-        const char* reload;
-        quint32 flags;
-    };
-    const Case cases[] = {
-        { nullptr, nullptr, CTransferSession::kDontCache | CTransferSession::kReload },
-        { "YES", "NO", 0 }, { "NO", "NO", CTransferSession::kDontCache },
-        { "YES", "YES", CTransferSession::kReload },
-        { "no", "yes", 0 }, // the words are compared exactly
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.cache ? c.cache : "unset") + "/" + (c.reload ? c.reload : ""));
-        TempSettings fresh;
-        if (c.cache)
-            SettingsStore::set(settings::ftp::kCache, c.cache);
-        if (c.reload)
-            SettingsStore::set(settings::ftp::kReload, c.reload);
-        EXPECT_EQ(CTransferSession::cacheFlags(), c.flags);
-    }
 }
 
 // Every access type against a server that only a direct connection reaches: the environment

@@ -54,12 +54,13 @@ TEST(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
     };
     const auto put = [&](const QString& remote) {
         return connected([&, remote](CTransferSession& session) {
-            return putFile(session, localFile, remote, false, 3'000'000, {}, true);
+            return putFile(session, { .from = localFile, .to = remote, .size = 3'000'000 });
         });
     };
     const auto get = [&](const QString& remote) {
         return connected([&, remote](CTransferSession& session) {
-            return getFile(session, remote, local.filePath("down.bin"), false, 3'000'000, {});
+            return getFile(
+                session, { .from = remote, .to = local.filePath("down.bin"), .size = 3'000'000 });
         });
     };
 
