@@ -135,8 +135,15 @@ int main(int argc, char** argv)
     auto result = session.connectJob(site);
     if (result.ok()) {
         const auto jobStart = RunningTime::Clock::now();
-        result = put ? putFile(session, local, remote, false, size, jobStart, true)
-                     : getFile(session, remote, local, false, 0, jobStart);
+        result = put
+            ? putFile(session,
+                { .from = local,
+                    .to = remote,
+                    .size = size,
+                    .jobStart = jobStart,
+                    .honourTransferType = false })
+            : getFile(session,
+                { .from = remote, .to = local, .jobStart = jobStart, .honourTransferType = false });
     }
     session.disconnectJob();
     const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - started;

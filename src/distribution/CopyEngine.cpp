@@ -7,26 +7,27 @@
 
 namespace zelto {
 
-int runCopyEngine(CTransferSession& source, CTransferSession& target, const JobSite& sourceSite,
-    const JobSite& targetSite, std::vector<FileEntry>& files, const EngineOptions& options)
+FtpResult runCopyEngine(CTransferSession& source, CTransferSession& target,
+    const JobSite& sourceSite, const JobSite& targetSite, std::vector<FileEntry>& files,
+    const EngineOptions& options)
 {
     // The run belongs to the target: its folders, its finder, its name in the log.
     EngineRun run(target, options);
-    if (const auto connected = run.connect(source, sourceSite, targetSite, files); !connected.ok())
-        return connected.code;
+    if (auto connected = run.connect(source, sourceSite, targetSite, files); !connected.ok())
+        return connected;
     RemoteTarget to(target, run, options.overwriteAllowed);
-    for (auto& entry : files) {
-        if (run.stopRequested())
-            break;
+    run.sendEach(files, [&](FileEntry& entry) {
         const auto sourcePath = RemotePlacement::remotePath(entry.localFolder, entry.localName);
         to.send(
             entry, sourcePath, entry.remoteName, sourceSite.server, [&](const QString& targetPath) {
-                return copyFile(
-                    source, target, sourcePath, targetPath, true, entry.size, run.jobStart());
+                return copyFile(source, target,
+                    { .from = sourcePath,
+                        .to = targetPath,
+                        .size = entry.size,
+                        .jobStart = run.jobStart() });
             });
-    }
-    run.finish();
-    return kEngineRan;
+    });
+    return FtpResult::success();
 }
 
 } // namespace zelto

@@ -2,6 +2,7 @@
 
 #include "distribution/EngineOptions.h"
 #include "distribution/FileEntry.h"
+#include "ftp/FtpResult.h"
 #include "ftp/JobSite.h"
 
 #include <vector>
@@ -19,9 +20,9 @@ class CTransferSession;
 // the missing target folders are made; names are not shortened. Logs 32873 and 32874 (target
 // folders) and 32863 (each file copied) and plays the transfer sounds.
 //
-// Returns kEngineRan, or the code of the first connect that failed (nothing is then copied). The
-// caller disconnects both sessions.
-[[nodiscard]] int runCopyEngine(CTransferSession& source, CTransferSession& target,
+// Returns success when both connected and it went through the files, otherwise the first connect
+// that failed (nothing is then copied). The caller disconnects both sessions.
+[[nodiscard]] FtpResult runCopyEngine(CTransferSession& source, CTransferSession& target,
     const JobSite& sourceSite, const JobSite& targetSite, std::vector<FileEntry>& files,
     const EngineOptions& options);
 

@@ -6,10 +6,6 @@
 
 namespace zelto {
 
-// What an engine returns when it connected and went through the files; the files' own results
-// tell how each went. Any other value is the code of the failed connect.
-inline constexpr int kEngineRan = 1;
-
 // How the caller runs an engine over one site's files.
 struct EngineOptions {
     // Whether an existing target file may be replaced (see overwriteSetting()).

@@ -38,7 +38,7 @@ FtpResult EngineRun::connect(const JobSite& site, std::vector<FileEntry>& files)
         return connected;
     mode_ = RemotePlacement::dirTreeSetting(options_.keepFolder);
     shortNames_ = RemotePlacement::shortNamesSetting();
-    sounds_.emplace(session_.services().sounds);
+    sounds_.emplace(session_.reporter().services().sounds);
     // A file without a folder goes to the connection's folder; its entry says so from the start,
     // so that a file the run never reaches is logged and queued with its folder as well.
     startFolder_ = session_.connection()->currentFolder();
@@ -52,6 +52,7 @@ FtpResult EngineRun::connect(const JobSite& site, std::vector<FileEntry>& files)
 FtpResult EngineRun::connect(CTransferSession& source, const JobSite& sourceSite,
     const JobSite& site, std::vector<FileEntry>& files)
 {
+    source_ = &source;
     if (auto connected = connectFor(source, sourceSite, files); !connected.ok())
         return connected;
     // Said from the start, as for the target's folder: the bookkeeping keeps where each file
@@ -63,15 +64,39 @@ FtpResult EngineRun::connect(CTransferSession& source, const JobSite& sourceSite
     return connect(site, files);
 }
 
+void EngineRun::sendEach(std::vector<FileEntry>& files, const std::function<void(FileEntry&)>& send)
+{
+    for (auto entry = files.begin(); entry != files.end() && !stopRequested(); ++entry) {
+        if (const auto lost = lostConnection()) {
+            for (; entry != files.end(); ++entry) {
+                entry->result = lost->code;
+                entry->message = lost->text();
+            }
+            break;
+        }
+        send(*entry);
+    }
+    sounds_->runEnded();
+}
+
 bool EngineRun::stopRequested() const
 {
     return (options_.cancelJob && options_.cancelJob->load())
         || session_.stopToken().stop_requested();
 }
 
+std::optional<FtpResult> EngineRun::lostConnection() const
+{
+    for (const CTransferSession* session : { source_, &session_ }) {
+        if (session && session->connection() && session->connection()->lost())
+            return session->connection()->lost();
+    }
+    return std::nullopt;
+}
+
 void EngineRun::showPaths(const QString& localPath, const QString& remotePath) const
 {
-    if (auto* progress = session_.progress()) {
+    if (auto* progress = session_.reporter().progress()) {
         progress->setText(JobProgress::Text::LocalPath, localPath);
         progress->setText(JobProgress::Text::RemotePath, remotePath);
     }
@@ -86,7 +111,7 @@ void EngineRun::log(int messageId, const QString& field1, const QString& field2,
     event.field2 = field2;
     event.field3 = field3;
     event.detail = detail;
-    session_.services().log.write(event);
+    session_.reporter().services().log.write(event);
 }
 
 void EngineRun::fileSent(FileEntry& entry)
@@ -94,7 +119,7 @@ void EngineRun::fileSent(FileEntry& entry)
     entry.result = FileEntry::kSent;
     entry.message.clear();
     entry.transferred = entry.size;
-    showStatus(StringTable::text(ids::kLogFtpTransferComplete));
+    session_.reporter().setStatus(StringTable::text(ids::kLogFtpTransferComplete));
     sounds_->fileDone(true);
 }
 
@@ -103,19 +128,8 @@ void EngineRun::fileFailed(FileEntry& entry, int code, const QString& message)
     entry.result = code;
     entry.message = message;
     entry.transferred = 0;
-    showStatus(message);
+    session_.reporter().setStatus(message);
     sounds_->fileDone(false);
-}
-
-void EngineRun::finish()
-{
-    sounds_->runEnded();
-}
-
-void EngineRun::showStatus(const QString& text) const
-{
-    if (auto* progress = session_.progress())
-        progress->setText(JobProgress::Text::Status, text);
 }
 
 } // namespace zelto

@@ -9,6 +9,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -17,9 +18,9 @@ namespace zelto {
 class CTransferSession;
 
 // The frame that the put, get and copy engines share for one site: the connect, the settings read
-// at the start of the run, the stop test, and what each file's outcome publishes (entry, status,
-// sound, log). The run's session is the site's; for a copy it is the target's, where the files
-// land, and the source's session is connected first beside it.
+// at the start of the run, the walk over the files, and what each file's outcome publishes
+// (entry, status, sound, log). The run's session is the site's; for a copy it is the target's,
+// where the files land, and the source's session is connected first beside it.
 class EngineRun final {
 public:
     EngineRun(CTransferSession& session, const EngineOptions& options);
@@ -37,7 +38,11 @@ public:
     [[nodiscard]] FtpResult connect(CTransferSession& source, const JobSite& sourceSite,
         const JobSite& site, std::vector<FileEntry>& files);
 
-    [[nodiscard]] bool stopRequested() const;
+    // Hands the files to `send` in order until a stop, then plays the run's sound. Once a
+    // connection of the run is lost (its control channel timed out or was dropped), the files
+    // not yet tried fail at once with the reason it was lost: none of them logs in again.
+    void sendEach(std::vector<FileEntry>& files, const std::function<void(FileEntry&)>& send);
+
     [[nodiscard]] DirTree mode() const { return mode_; }
     [[nodiscard]] bool shortNames() const { return shortNames_; }
     // The connection's folder when the run began.
@@ -52,13 +57,13 @@ public:
 
     void fileSent(FileEntry& entry);
     void fileFailed(FileEntry& entry, int code, const QString& message);
-    // The end of the run (all files, or the stop): the per-batch sound.
-    void finish();
 
 private:
-    void showStatus(const QString& text) const;
+    [[nodiscard]] bool stopRequested() const;
+    [[nodiscard]] std::optional<FtpResult> lostConnection() const;
 
     CTransferSession& session_;
+    CTransferSession* source_ = nullptr; // a copy's
     const EngineOptions& options_;
     std::optional<TransferSounds> sounds_;
     DirTree mode_ = DirTree::NoPath;

@@ -57,8 +57,11 @@ void fetch(
         return;
     }
 
-    const auto fetched
-        = getFile(session, remotePath, placement.path, true, entry.size, run.jobStart());
+    const auto fetched = getFile(session,
+        { .from = remotePath,
+            .to = placement.path,
+            .size = entry.size,
+            .jobStart = run.jobStart() });
     if (!fetched.ok()) {
         run.fileFailed(entry, fetched.code, fetched.text());
         return;
@@ -69,19 +72,14 @@ void fetch(
 
 } // namespace
 
-int runGetEngine(CTransferSession& session, const JobSite& site, std::vector<FileEntry>& files,
-    const EngineOptions& options)
+FtpResult runGetEngine(CTransferSession& session, const JobSite& site,
+    std::vector<FileEntry>& files, const EngineOptions& options)
 {
     EngineRun run(session, options);
-    if (const auto connected = run.connect(site, files); !connected.ok())
-        return connected.code;
-    for (auto& entry : files) {
-        if (run.stopRequested())
-            break;
-        fetch(session, run, options, entry);
-    }
-    run.finish();
-    return kEngineRan;
+    if (auto connected = run.connect(site, files); !connected.ok())
+        return connected;
+    run.sendEach(files, [&](FileEntry& entry) { fetch(session, run, options, entry); });
+    return FtpResult::success();
 }
 
 } // namespace zelto

@@ -2,6 +2,7 @@
 
 #include "distribution/EngineOptions.h"
 #include "distribution/FileEntry.h"
+#include "ftp/FtpResult.h"
 #include "ftp/JobSite.h"
 
 #include <vector>
@@ -18,8 +19,9 @@ class CTransferSession;
 // Logs 32873 and 32874 (local folders) and 32863 (each file fetched) and plays the transfer
 // sounds.
 //
-// Returns kEngineRan, or the code of the failed connect. The caller disconnects.
-[[nodiscard]] int runGetEngine(CTransferSession& session, const JobSite& site,
+// Returns success when it connected and went through the files, otherwise the failed connect.
+// The caller disconnects.
+[[nodiscard]] FtpResult runGetEngine(CTransferSession& session, const JobSite& site,
     std::vector<FileEntry>& files, const EngineOptions& options);
 
 } // namespace zelto

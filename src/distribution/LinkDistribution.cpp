@@ -94,8 +94,8 @@ void LinkDistribution::siteEnded(std::size_t index)
     const Site& site = *sites_[index];
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - site.started;
     const auto results = site.job->results();
-    const int result = results.empty() ? TransferJob::kNotRun : results.front().result;
-    report_->siteEnded(site.site, result, site.tally, seconds.count());
+    report_->siteEnded(site.site, results.empty() ? std::nullopt : results.front().result,
+        site.tally, seconds.count());
     if (--pending_ > 0)
         return;
     report_->runEnded();

@@ -60,13 +60,15 @@ LinkReport::Tally LinkReport::siteFiles(const JobSite& site, const std::vector<F
     return tally;
 }
 
-void LinkReport::siteEnded(const JobSite& site, int result, const Tally& tally, double seconds)
+void LinkReport::siteEnded(
+    const JobSite& site, const std::optional<FtpResult>& result, const Tally& tally, double seconds)
 {
-    const bool reached = result == 0;
+    const bool reached = result && result->ok();
     QString state = QStringLiteral("done");
     if (!reached) {
-        state = result > 0
-            ? QStringLiteral("not reached (%1)").arg(FtpResult::failure(result).text())
+        // Named by the connect's code alone: each file's line above carries its whole text.
+        state = result
+            ? QStringLiteral("not reached (%1)").arg(FtpResult::failure(result->code).text())
             : QStringLiteral("cancelled");
     }
     print(QStringLiteral("%1  %2: %3 sent, %4 failed, %5 bytes, %6 s\n")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "distribution/FileEntry.h"
+#include "ftp/FtpResult.h"
 #include "ftp/JobSite.h"
 
 #include <QString>
@@ -8,6 +9,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace zelto {
@@ -37,8 +39,10 @@ public:
     void noSites();
     // Any thread: prints the files of a site that has ended and counts them.
     [[nodiscard]] Tally siteFiles(const JobSite& site, const std::vector<FileEntry>& files);
-    // `result` is the site's TransferJob::SiteResult::result: 0 when its engine ran.
-    void siteEnded(const JobSite& site, int result, const Tally& tally, double seconds);
+    // `result` is the site's TransferJob::SiteResult::result: success when its engine ran, none
+    // when it never ran.
+    void siteEnded(const JobSite& site, const std::optional<FtpResult>& result, const Tally& tally,
+        double seconds);
     void runEnded();
 
     // Every file reached every site, and every site was reached.

@@ -7,26 +7,27 @@
 
 namespace zelto {
 
-int runPutEngine(CTransferSession& session, const JobSite& site, std::vector<FileEntry>& files,
-    const EngineOptions& options)
+FtpResult runPutEngine(CTransferSession& session, const JobSite& site,
+    std::vector<FileEntry>& files, const EngineOptions& options)
 {
     EngineRun run(session, options);
-    if (const auto connected = run.connect(site, files); !connected.ok())
-        return connected.code;
+    if (auto connected = run.connect(site, files); !connected.ok())
+        return connected;
     RemoteTarget target(session, run, options.overwriteAllowed);
-    for (auto& entry : files) {
-        if (run.stopRequested())
-            break;
+    run.sendEach(files, [&](FileEntry& entry) {
         const auto localPath = RemotePlacement::localPath(entry.localFolder, entry.localName);
         const auto name
             = run.shortNames() ? RemotePlacement::shortName(entry.remoteName) : entry.remoteName;
         target.send(entry, localPath, name, run.localMachine(), [&](const QString& remotePath) {
-            return putFile(session, localPath, remotePath, true, entry.size, run.jobStart(),
-                options.keepSource);
+            return putFile(session,
+                { .from = localPath,
+                    .to = remotePath,
+                    .size = entry.size,
+                    .jobStart = run.jobStart(),
+                    .keepSource = options.keepSource });
         });
-    }
-    run.finish();
-    return kEngineRan;
+    });
+    return FtpResult::success();
 }
 
 } // namespace zelto

@@ -2,6 +2,7 @@
 
 #include "distribution/EngineOptions.h"
 #include "distribution/FileEntry.h"
+#include "ftp/FtpResult.h"
 #include "ftp/JobSite.h"
 
 #include <vector>
@@ -17,9 +18,10 @@ class CTransferSession;
 // resend goes to the same place. Logs 32873 and 32874 (folders) and 32863 (each file sent) and
 // plays the transfer sounds; failed files are the bookkeeping's to log.
 //
-// Returns kEngineRan, or the code of the failed connect (the files then stay not tried, with the
-// connect's text as their message). The caller disconnects.
-[[nodiscard]] int runPutEngine(CTransferSession& session, const JobSite& site,
+// Returns success when it connected and went through the files, whose own results tell how each
+// went; otherwise the failed connect (the files then stay not tried, with the connect's text as
+// their message). The caller disconnects.
+[[nodiscard]] FtpResult runPutEngine(CTransferSession& session, const JobSite& site,
     std::vector<FileEntry>& files, const EngineOptions& options);
 
 } // namespace zelto

@@ -75,10 +75,10 @@ const std::optional<RemoteListing>& RemoteFinder::listing(const QString& folder)
         return *known;
     // A path that ends in "/" is listed (LIST) rather than fetched.
     const auto path = key.endsWith(u'/') ? key : key + u'/';
-    RemoteListing listed;
+    auto listed = RemoteListing::fetch(connection_, path);
     auto& entry = listings_[key];
-    if (RemoteListing::fetch(connection_, path, listed).ok())
-        entry = std::move(listed);
+    if (listed.ok())
+        entry = std::move(listed.value);
     return entry;
 }
 

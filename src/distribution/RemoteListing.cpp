@@ -123,8 +123,7 @@ RemoteListing RemoteListing::parse(const QByteArray& reply)
     return listing;
 }
 
-FtpResult RemoteListing::fetch(
-    FtpConnection& connection, const QString& path, RemoteListing& listing)
+FtpValue<RemoteListing> RemoteListing::fetch(FtpConnection& connection, const QString& path)
 {
     RemoteListing taken;
     QByteArray partial; // the start of a line whose end has not arrived yet
@@ -160,12 +159,11 @@ FtpResult RemoteListing::fetch(
               return true;
           });
     if (!refusal.isEmpty())
-        return FtpResult::failure(inet::kReplyNotParsed, refusal);
+        return { FtpResult::failure(inet::kReplyNotParsed, refusal) };
     if (!listed.ok())
-        return listed;
+        return { listed };
     taken.addLine(partial);
-    listing = std::move(taken);
-    return listed;
+    return { listed, std::move(taken) };
 }
 
 } // namespace zelto

@@ -37,8 +37,8 @@ struct RemoteListing {
     [[nodiscard]] static RemoteListing parse(const QByteArray& reply);
     // Lists `path` (which ends in "/") on `connection`, taking the lines as they arrive. A reply
     // past kMaxBytes or kMaxEntries is refused with kReplyNotParsed and says which bound it passed.
-    [[nodiscard]] static FtpResult fetch(
-        FtpConnection& connection, const QString& path, RemoteListing& listing);
+    [[nodiscard]] static FtpValue<RemoteListing> fetch(
+        FtpConnection& connection, const QString& path);
 };
 
 } // namespace zelto

@@ -170,9 +170,9 @@ void TransferJob::work(const std::shared_ptr<Worker>& worker, std::stop_token st
         gate_.pass(stop);
         if (stop.stop_requested())
             break;
-        const int code = runSite(*worker, site, stop);
+        auto result = runSite(*worker, site, stop);
         const std::lock_guard lock(mutex_);
-        results_.push_back({ site, code == kEngineRan ? 0 : code });
+        results_.push_back({ site, std::move(result) });
         ++worker->next;
     }
     // Stopped: the sites of its share that never ran go to the outcome sink untried.
@@ -183,14 +183,14 @@ void TransferJob::work(const std::shared_ptr<Worker>& worker, std::stop_token st
             if (worker->next >= worker->sites.size())
                 break;
             site = worker->sites[worker->next++];
-            results_.push_back({ site, kNotRun });
+            results_.push_back({ site, std::nullopt });
         }
         outcomes_.siteFinished(outcomeOf(site, setup_.files));
     }
     endWorker(worker);
 }
 
-int TransferJob::runSite(Worker& worker, const JobSite& site, std::stop_token stop)
+FtpResult TransferJob::runSite(Worker& worker, const JobSite& site, std::stop_token stop)
 {
     worker.cancelSite.store(false, std::memory_order_release);
     worker.connected.store(false, std::memory_order_release);
@@ -209,8 +209,7 @@ int TransferJob::runSite(Worker& worker, const JobSite& site, std::stop_token st
         const std::lock_guard lock(mutex_);
         worker.session = &session;
     }
-    const int code
-        = runEngine(session, target ? &*target : nullptr, site, files, worker.cancelSite);
+    auto result = runEngine(session, target ? &*target : nullptr, site, files, worker.cancelSite);
     {
         const std::lock_guard lock(mutex_);
         worker.session = nullptr;
@@ -219,11 +218,11 @@ int TransferJob::runSite(Worker& worker, const JobSite& site, std::stop_token st
     session.disconnectJob();
     if (target)
         target->disconnectJob();
-    return code;
+    return result;
 }
 
-int TransferJob::runEngine(CTransferSession& session, CTransferSession* target, const JobSite& site,
-    std::vector<FileEntry>& files, const std::atomic<bool>& cancelSite) const
+FtpResult TransferJob::runEngine(CTransferSession& session, CTransferSession* target,
+    const JobSite& site, std::vector<FileEntry>& files, const std::atomic<bool>& cancelSite) const
 {
     EngineOptions options;
     options.overwriteAllowed = overwrite_;

@@ -3,6 +3,7 @@
 #include "distribution/FileEntry.h"
 #include "distribution/JobOutcomeSink.h"
 #include "distribution/TransferMode.h"
+#include "ftp/FtpResult.h"
 #include "ftp/JobProgress.h"
 #include "ftp/JobServices.h"
 #include "ftp/JobSite.h"
@@ -38,9 +39,6 @@ class WorkerThreads;
 // may come from any thread.
 class TransferJob final : public std::enable_shared_from_this<TransferJob> {
 public:
-    // The result of a site that never ran (cancelled before its turn).
-    static constexpr int kNotRun = -1;
-
     struct Setup {
         TransferMode mode = TransferMode::DistributionPut;
         // A job list walked by one worker; otherwise `sites` holds the one site of the job.
@@ -54,11 +52,11 @@ public:
         bool keepFolder = false;
     };
 
-    // How one site of the job ended: 0 when its engine ran (the files tell the rest), otherwise
-    // the engine's code (a connect failure), or kNotRun.
+    // How one site of the job ended: success when its engine ran (the files tell the rest), the
+    // failed connect, or none when it never ran (cancelled before its turn).
     struct SiteResult {
         JobSite site;
-        int result = kNotRun;
+        std::optional<FtpResult> result;
     };
 
     // Reads the overwrite rule (Overwrite, anything but "NO" allows it) now, as the window does
@@ -117,9 +115,9 @@ private:
     void launchWorker(std::vector<JobSite> sites);
     void cancelSiteOf(Worker& worker);
     void work(const std::shared_ptr<Worker>& worker, std::stop_token stop);
-    [[nodiscard]] int runSite(Worker& worker, const JobSite& site, std::stop_token stop);
+    [[nodiscard]] FtpResult runSite(Worker& worker, const JobSite& site, std::stop_token stop);
     // `target` is the copy's second session, none for the other modes.
-    [[nodiscard]] int runEngine(CTransferSession& session, CTransferSession* target,
+    [[nodiscard]] FtpResult runEngine(CTransferSession& session, CTransferSession* target,
         const JobSite& site, std::vector<FileEntry>& files,
         const std::atomic<bool>& cancelSite) const;
     void endWorker(const std::shared_ptr<Worker>& worker);

@@ -1,10 +1,6 @@
 #include "CTransferSession.h"
 
-#include "ftp/JobProgress.h"
-#include "ftp/JobServices.h"
-#include "log/LogSink.h"
 #include "options/SoundSink.h"
-#include "platform/Notifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "settings/SettingsStore.h"
@@ -30,15 +26,15 @@ bool isYes(const settings::TextKey& key)
 
 CTransferSession::CTransferSession(
     JobServices& services, JobProgress* progress, std::stop_token stop)
-    : services_(services), progress_(progress), stop_(std::move(stop))
+    : reporter_(services, progress), stop_(std::move(stop))
 {
     applyTimeouts();
 }
 
 CTransferSession::~CTransferSession()
 {
+    // The connection goes before the reporter, which sets the tray to idle.
     connection_.reset();
-    setTray(TrayState::Idle);
 }
 
 void CTransferSession::applyTimeouts()
@@ -50,21 +46,6 @@ void CTransferSession::applyTimeouts()
     options_.replyTimeout = std::max(
         secondsSetting(settings::ftp::kRecToCtrl), secondsSetting(settings::ftp::kSendToCtrl));
     options_.retries = std::max(0, SettingsStore::get(settings::ftp::kRetry));
-}
-
-quint32 CTransferSession::cacheFlags()
-{
-    quint32 flags = 0;
-    if (SettingsStore::get(settings::ftp::kCache) == QLatin1String(settings::kNo))
-        flags |= kDontCache;
-    if (isYes(settings::ftp::kReload))
-        flags |= kReload;
-    return flags;
-}
-
-int CTransferSession::errorMessageId(int code)
-{
-    return StringTable::errorMessageId(code);
 }
 
 void CTransferSession::readAccess()
@@ -86,7 +67,7 @@ void CTransferSession::readAccess()
 
 FtpResult CTransferSession::buildConnection(const JobSite& site)
 {
-    site_ = site;
+    reporter_.setServer(site.server);
     readAccess();
     connection_ = std::make_unique<FtpConnection>(options_, stop_);
     auto built = connection_->prepare({ site.server, site.port, site.user, site.password });
@@ -95,104 +76,88 @@ FtpResult CTransferSession::buildConnection(const JobSite& site)
     return built;
 }
 
+FtpResult CTransferSession::connectFailed(const FtpResult& result)
+{
+    reporter_.play(SoundEvent::ConnectFail);
+    reporter_.setTray(TrayState::Idle);
+    return result;
+}
+
 FtpResult CTransferSession::connectJob(const JobSite& site)
 {
-    // 1. A fresh start on screen.
-    if (progress_) {
-        for (const auto text : { JobProgress::Text::JobBytes, JobProgress::Text::JobRate,
-                 JobProgress::Text::JobTimeLeft, JobProgress::Text::FileBytes,
-                 JobProgress::Text::FileRate, JobProgress::Text::FileTimeLeft })
-            progress_->setText(text, {});
-        progress_->setJobBar(0);
-        progress_->setFileBar(0);
-    }
-    setStatus(StringTable::text(ids::kConnecting));
-    setTray(TrayState::Busy);
+    // A fresh start on screen.
+    reporter_.clearProgress();
+    reporter_.setStatus(StringTable::text(ids::kConnecting));
+    reporter_.setTray(TrayState::Busy);
 
-    // 2. The session.
+    // Building the session, which alone has a record of its failure.
     if (auto built = buildConnection(site); !built.ok()) {
-        log(ids::kLogInternetConnectionFailed, {}, built.text());
-        services_.sounds.play(SoundEvent::ConnectFail);
-        setTray(TrayState::Idle);
-        return built;
+        reporter_.log(ids::kLogInternetConnectionFailed, {}, built.text());
+        return connectFailed(built);
     }
-    // 3.
-    log(ids::kLogInternetConnectionOk);
+    reporter_.log(ids::kLogInternetConnectionOk);
 
-    // 4. The login. Its failure is not logged here: the log then shows only step 3's record.
-    if (auto opened = connection_->open(); !opened.ok()) {
-        services_.sounds.play(SoundEvent::ConnectFail);
-        setTray(TrayState::Idle);
-        return opened;
-    }
+    // The login. Its failure is not logged: the log then shows only the session's record.
+    if (auto opened = connection_->open(); !opened.ok())
+        return connectFailed(opened);
 
-    // 5.
-    services_.sounds.play(SoundEvent::ConnectOk);
-    setProgressControls(progress_, true);
-    setBatchBytes(site.totalBytes, 0);
-    if (progress_) {
-        progress_->setJobBytes(0, site.totalBytes);
-        progress_->setJobBar(progress_->barPosition(0, site.totalBytes));
-    }
+    // Logged in: the job's bytes start, and the log and the status say so.
+    reporter_.play(SoundEvent::ConnectOk);
+    reporter_.startBatch(site.totalBytes);
+    reporter_.log(ids::kLogFtpConnectionOk);
+    reporter_.setStatus(StringTable::text(ids::kConnected));
 
-    // 6.
-    log(ids::kLogFtpConnectionOk);
-    setStatus(StringTable::text(ids::kConnected));
-
-    // 7. The job's folder.
+    // The job's folder. A folder that cannot be entered fails the connect, and the user is told.
     if (!site.remoteFolder.isEmpty()) {
         if (auto changed = connection_->changeFolder(site.remoteFolder); !changed.ok()) {
-            services_.notifier.showMessage(changed.message(), MessageIcon::Stop);
-            log(ids::kLogChangeDirectoryFailed, site.remoteFolder, changed.text());
-            setTray(TrayState::Idle);
+            reporter_.showStop(changed);
+            reporter_.log(ids::kLogChangeDirectoryFailed, site.remoteFolder, changed.text());
+            reporter_.setTray(TrayState::Idle);
             return changed;
         }
-        log(ids::kLogChangeDirectoryOk, site.remoteFolder);
+        reporter_.log(ids::kLogChangeDirectoryOk, site.remoteFolder);
     }
 
-    // 8.
-    setTray(TrayState::Idle);
+    // Connected and in the folder: the tray is idle until the first file moves.
+    reporter_.setTray(TrayState::Idle);
     return FtpResult::success();
 }
 
 FtpResult CTransferSession::quickConnect(const JobSite& site)
 {
     const auto refuse = [this](const FtpResult& result) {
-        services_.notifier.showMessage(result.message(), MessageIcon::Stop);
+        reporter_.showStop(result);
         return result;
     };
     if (auto built = buildConnection(site); !built.ok())
         return refuse(built);
-    log(ids::kLogInternetConnectionOk);
+    reporter_.log(ids::kLogInternetConnectionOk);
     if (auto opened = connection_->open(); !opened.ok())
         return refuse(opened);
-    log(ids::kLogFtpConnectionOk);
-    services_.sounds.play(SoundEvent::ConnectOk);
-    setStatus(StringTable::text(ids::kConnectedTo).replace(QLatin1String("%s"), site.server));
+    reporter_.log(ids::kLogFtpConnectionOk);
+    reporter_.play(SoundEvent::ConnectOk);
+    reporter_.setStatus(
+        StringTable::text(ids::kConnectedTo).replace(QLatin1String("%s"), site.server));
 
     if (!site.remoteFolder.isEmpty()) {
         if (auto changed = connection_->changeFolder(site.remoteFolder); !changed.ok()) {
-            log(ids::kLogChangeDirectoryFailed, site.remoteFolder, changed.text());
+            reporter_.log(ids::kLogChangeDirectoryFailed, site.remoteFolder, changed.text());
             return refuse(changed);
         }
-        log(ids::kLogChangeDirectoryOk, site.remoteFolder);
+        reporter_.log(ids::kLogChangeDirectoryOk, site.remoteFolder);
     }
-    SettingsStore::set(settings::ftp::kQuickServer, site.server);
-    SettingsStore::set(settings::ftp::kQuickLogin, site.user);
-    SettingsStore::set(settings::ftp::kQuickPasswd, site.password);
-    SettingsStore::set(settings::ftp::kQuickDirec, site.remoteFolder);
-    SettingsStore::set(settings::ftp::kQuickPort, QString::number(site.port));
+    reporter_.keepQuickConnect(site);
     return FtpResult::success();
 }
 
 void CTransferSession::disconnectJob()
 {
     if (closeConnection())
-        log(ids::kLogFtpConnectionClosed);
+        reporter_.log(ids::kLogFtpConnectionClosed);
     connection_.reset();
     // The log shows this code with the text of 32876.
-    log(ids::kLogSessionEnded);
-    setTray(TrayState::Idle);
+    reporter_.log(ids::kLogSessionEnded);
+    reporter_.setTray(TrayState::Idle);
 }
 
 bool CTransferSession::closeConnection()
@@ -203,49 +168,11 @@ bool CTransferSession::closeConnection()
     return true;
 }
 
-void CTransferSession::setProgressControls(JobProgress* progress, bool countsUp)
-{
-    progress_ = progress;
-    progressCountsUp_ = countsUp;
-    if (progress_)
-        progress_->setCountsUp(countsUp);
-}
-
 void CTransferSession::loadBufferSizes()
 {
     const auto bounded = [](int value) { return std::clamp(value, 1, kMaxBuffer); };
     readBufferSize_ = bounded(SettingsStore::get(settings::ftp::kReadBuffer));
     writeBufferSize_ = bounded(SettingsStore::get(settings::ftp::kWriteBuffer));
-}
-
-void CTransferSession::setBatchBytes(qint64 total, qint64 done)
-{
-    batchTotalBytes_ = total;
-    batchDoneBytes_ = done;
-}
-
-void CTransferSession::setTray(TrayState state)
-{
-    if (tray_ == state)
-        return;
-    tray_ = state;
-    services_.tray.setState(state);
-}
-
-void CTransferSession::log(int messageId, const QString& field2, const QString& detail) const
-{
-    LogEvent event;
-    event.messageId = messageId;
-    event.field1 = site_.server;
-    event.field2 = field2;
-    event.detail = detail;
-    services_.log.write(event);
-}
-
-void CTransferSession::setStatus(const QString& text) const
-{
-    if (progress_)
-        progress_->setText(JobProgress::Text::Status, text);
 }
 
 } // namespace zelto

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <poll.h>
 #include <utility>
 
 namespace zelto {
@@ -143,7 +144,6 @@ FtpConnection::~FtpConnection()
 FtpResult FtpConnection::prepare(const ServerLogin& login)
 {
     close();
-    login_ = login;
     QUrl url;
     url.setScheme(QStringLiteral("ftp"));
     url.setHost(login.host, QUrl::StrictMode);
@@ -215,33 +215,27 @@ FtpResult FtpConnection::open()
 {
     if (!handle_)
         return FtpResult::failure(inet::kInternalError, QStringLiteral("no connection prepared"));
-    std::vector<FtpReply> features;
-    FtpResult result;
+    FtpValue<std::vector<FtpReply>> features;
     for (int attempt = 0;; ++attempt) {
-        result = quote({ "FEAT" }, features);
-        if (result.ok() || attempt >= options_.retries || !isTransientConnectFailure(lastCode_)
+        features = quote({ "FEAT" });
+        if (features.ok() || attempt >= options_.retries || !isTransientConnectFailure(lastCode_)
             || stop_.stop_requested())
             break;
     }
-    if (!result.ok())
-        return result;
+    if (!features.ok())
+        return features.result;
 
     const char* entry = nullptr;
     curl_easy_getinfo(handle_, CURLINFO_FTP_ENTRY_PATH, &entry);
-    entryFolder_ = entry ? QString::fromUtf8(entry) : QString();
-    currentFolder_ = entryFolder_;
+    currentFolder_ = entry ? QString::fromUtf8(entry) : QString();
     open_ = true;
 
-    const auto offered = !features.empty() && replyClass(features.front()) == 2
-        && features.front().text.split(u'\n').contains(QStringLiteral("UTF8"), Qt::CaseInsensitive);
-    utf8_ = false;
-    if (offered) {
-        std::vector<FtpReply> replies;
-        const auto switched = quote({ "OPTS UTF8 ON" }, replies);
-        if (!switched.ok())
-            return switched;
-        utf8_ = !replies.empty() && replyClass(replies.front()) == 2;
-    }
+    const auto& feat = features.value.front();
+    const auto offered = replyClass(feat) == 2
+        && feat.text.split(u'\n').contains(QStringLiteral("UTF8"), Qt::CaseInsensitive);
+    // A server that refuses the switch keeps its own names; only a failed exchange counts.
+    if (offered)
+        return quote({ "OPTS UTF8 ON" }).result;
     return FtpResult::success();
 }
 
@@ -256,6 +250,8 @@ void FtpConnection::close()
     handle_ = nullptr;
     multi_ = nullptr;
     open_ = false;
+    lost_.reset();
+    controlSocket_ = CURL_SOCKET_BAD;
 }
 
 QString FtpConnection::absolutePath(const QString& path) const
@@ -267,14 +263,14 @@ QString FtpConnection::absolutePath(const QString& path) const
 
 FtpResult FtpConnection::changeFolder(const QString& folder)
 {
-    QString target;
-    if (auto checked = checkedPath(folder, target); !checked.ok())
-        return checked;
-    std::vector<FtpReply> replies;
-    auto result = quote({ "CWD " + target.toUtf8(), "PWD" }, replies);
-    if (!result.ok())
-        return result;
-    lastReply_ = replies.front();
+    const auto checked = checkedPath(folder);
+    if (!checked.ok())
+        return checked.result;
+    const QString& target = checked.value;
+    const auto quoted = quote({ "CWD " + target.toUtf8(), "PWD" });
+    if (!quoted.ok())
+        return quoted.result;
+    const auto& replies = quoted.value;
     if (replyClass(replies.front()) != 2)
         return FtpResult::failure(inet::kServerError, replies.front().text);
     const auto confirmed
@@ -300,56 +296,31 @@ FtpResult FtpConnection::removeFile(const QString& path)
 
 FtpResult FtpConnection::rename(const QString& from, const QString& to)
 {
-    QString source;
-    QString target;
-    if (auto checked = checkedPath(from, source); !checked.ok())
-        return checked;
-    if (auto checked = checkedPath(to, target); !checked.ok())
-        return checked;
-    std::vector<FtpReply> replies;
-    auto result = quote({ "RNFR " + source.toUtf8(), "RNTO " + target.toUtf8() }, replies);
-    if (!result.ok())
-        return result;
+    const auto source = checkedPath(from);
+    if (!source.ok())
+        return source.result;
+    const auto target = checkedPath(to);
+    if (!target.ok())
+        return target.result;
+    const auto quoted = quote({ "RNFR " + source.value.toUtf8(), "RNTO " + target.value.toUtf8() });
+    if (!quoted.ok())
+        return quoted.result;
+    const auto& replies = quoted.value;
     // A refused RNFR makes the RNTO fail too; the RNFR reply says why.
     const auto& failed = replyClass(replies.front()) != 3 ? replies.front() : replies.back();
-    lastReply_ = failed;
     if (replyClass(replies.front()) != 3 || replyClass(replies.back()) != 2)
         return FtpResult::failure(inet::kServerError, failed.text);
-    return FtpResult::success();
-}
-
-FtpResult FtpConnection::fileSize(const QString& path, qint64& size)
-{
-    auto result = singleCommand("SIZE", path, 2);
-    if (!result.ok())
-        return result;
-    bool number = false;
-    size = lastReply_.text.section(u' ', 1, 1).toLongLong(&number);
-    return number ? FtpResult::success()
-                  : FtpResult::failure(inet::kReplyNotParsed, lastReply_.text);
-}
-
-FtpResult FtpConnection::printFolder(QString& folder)
-{
-    std::vector<FtpReply> replies;
-    auto result = quote({ "PWD" }, replies);
-    if (!result.ok())
-        return result;
-    lastReply_ = replies.front();
-    folder = quotedFolder(lastReply_.text);
-    if (replyClass(lastReply_) != 2 || folder.isEmpty())
-        return FtpResult::failure(inet::kServerError, lastReply_.text);
     return FtpResult::success();
 }
 
 FtpResult FtpConnection::upload(const QString& path, TransferType type, qint64 size,
     const ReadFunction& read, const AbortCheck& abort)
 {
-    QString target;
-    if (auto checked = checkedPath(path, target); !checked.ok())
-        return checked;
+    const auto target = checkedPath(path);
+    if (!target.ok())
+        return target.result;
     Request request;
-    request.url = urlFor(target);
+    request.url = urlFor(target.value);
     request.noBody = false;
     request.upload = true;
     request.type = type;
@@ -364,11 +335,11 @@ FtpResult FtpConnection::upload(const QString& path, TransferType type, qint64 s
 FtpResult FtpConnection::download(
     const QString& path, TransferType type, const WriteFunction& write, const AbortCheck& abort)
 {
-    QString source;
-    if (auto checked = checkedPath(path, source); !checked.ok())
-        return checked;
+    const auto source = checkedPath(path);
+    if (!source.ok())
+        return source.result;
     Request request;
-    request.url = urlFor(source);
+    request.url = urlFor(source.value);
     request.noBody = false;
     request.type = type;
     request.stall = options_.receiveStall;
@@ -382,6 +353,14 @@ FtpResult FtpConnection::perform(const Request& request)
 {
     if (!handle_)
         return FtpResult::failure(inet::kInternalError, QStringLiteral("no connection prepared"));
+    if (lost_)
+        return *lost_;
+    // libcurl would find the dropped connection dead and log in anew without a word.
+    if (open_ && controlConnectionDropped()) {
+        lost_ = FtpResult::failure(
+            inet::kConnectionTerminated, QStringLiteral("the server closed the connection"));
+        return *lost_;
+    }
     auto* h = handle_;
     curl_easy_setopt(h, CURLOPT_URL, request.url.constData());
     curl_easy_setopt(h, CURLOPT_NOBODY, long(request.noBody));
@@ -447,7 +426,16 @@ FtpResult FtpConnection::perform(const Request& request)
         detail = buffered;
     if (detail.isEmpty())
         detail = QString::fromUtf8(curl_easy_strerror(lastCode_));
-    return FtpResult::failure(code, detail);
+    auto result = FtpResult::failure(code, detail);
+    // The control connection timed out or broke (libcurl gives up on it), or the server closed
+    // it with 421; a data connection that ended early (426) leaves it usable. Before the login
+    // the connect's own retries decide.
+    if (open_
+        && (lastCode_ == CURLE_OPERATION_TIMEDOUT || lastCode_ == CURLE_SEND_ERROR
+            || lastCode_ == CURLE_RECV_ERROR || lastCode_ == CURLE_GOT_NOTHING
+            || failure.errorReply == 421))
+        lost_ = result;
+    return result;
 }
 
 // libcurl 7.88's easy perform can sit a whole second in poll() between the server's passive-mode
@@ -477,53 +465,51 @@ CURLcode FtpConnection::run(CURL* handle)
         if (message->msg == CURLMSG_DONE && message->easy_handle == handle)
             result = message->data.result;
     }
+    // Asked while the handle is in the multi handle, whose cache holds the connection.
+    if (curl_easy_getinfo(handle, CURLINFO_ACTIVESOCKET, &controlSocket_) != CURLE_OK)
+        controlSocket_ = CURL_SOCKET_BAD;
     curl_multi_remove_handle(multi_, handle);
     return result;
 }
 
-FtpResult FtpConnection::quote(const QByteArrayList& commands, std::vector<FtpReply>& replies)
+FtpValue<std::vector<FtpReply>> FtpConnection::quote(const QByteArrayList& commands)
 {
-    replies.clear();
     const auto list = commandList(commands, true);
     Request request;
     request.url = baseUrl_;
     request.quote = list.get();
-    auto result = perform(request);
-    if (!result.ok())
-        return result;
+    if (auto result = perform(request); !result.ok())
+        return { result };
     // Nothing follows the quoted commands of a request without a body, so the last replies are
     // theirs.
     const auto all = this->replies();
     if (all.size() < size_t(commands.size()))
-        return FtpResult::failure(inet::kReplyNotParsed,
-            QStringLiteral("no reply to %1").arg(QString::fromUtf8(commands.join(", "))));
-    replies.assign(all.end() - commands.size(), all.end());
-    return FtpResult::success();
+        return { FtpResult::failure(inet::kReplyNotParsed,
+            QStringLiteral("no reply to %1").arg(QString::fromUtf8(commands.join(", ")))) };
+    return { FtpResult::success(), { all.end() - commands.size(), all.end() } };
 }
 
 FtpResult FtpConnection::singleCommand(const QByteArray& verb, const QString& path, int okClass)
 {
-    QString absolute;
-    if (auto checked = checkedPath(path, absolute); !checked.ok())
-        return checked;
-    std::vector<FtpReply> replies;
-    auto result = quote({ verb + ' ' + absolute.toUtf8() }, replies);
-    if (!result.ok())
-        return result;
-    lastReply_ = replies.front();
-    if (replyClass(lastReply_) != okClass)
-        return FtpResult::failure(inet::kServerError, lastReply_.text);
+    const auto absolute = checkedPath(path);
+    if (!absolute.ok())
+        return absolute.result;
+    const auto quoted = quote({ verb + ' ' + absolute.value.toUtf8() });
+    if (!quoted.ok())
+        return quoted.result;
+    const auto& reply = quoted.value.front();
+    if (replyClass(reply) != okClass)
+        return FtpResult::failure(inet::kServerError, reply.text);
     return FtpResult::success();
 }
 
-FtpResult FtpConnection::checkedPath(const QString& path, QString& absolute) const
+FtpValue<QString> FtpConnection::checkedPath(const QString& path) const
 {
     if (path.isEmpty() || hasControlCharacters(path))
-        return FtpResult::failure(inet::kInvalidUrl,
+        return { FtpResult::failure(inet::kInvalidUrl,
             path.isEmpty() ? QStringLiteral("no name given")
-                           : QStringLiteral("a name with control characters"));
-    absolute = absolutePath(path);
-    return FtpResult::success();
+                           : QStringLiteral("a name with control characters")) };
+    return { FtpResult::success(), absolutePath(path) };
 }
 
 QByteArray FtpConnection::urlFor(const QString& absolute) const
@@ -567,6 +553,16 @@ std::vector<FtpReply> FtpConnection::replies() const
 bool FtpConnection::abortRequested() const
 {
     return stop_.stop_requested() || (abort_ && (*abort_)());
+}
+
+bool FtpConnection::controlConnectionDropped() const
+{
+    // None kept: libcurl closed it itself after an operation we aborted, and connects anew.
+    if (controlSocket_ == CURL_SOCKET_BAD)
+        return false;
+    // Between operations the server has nothing to say on it but its farewell.
+    pollfd control { controlSocket_, POLLIN, 0 };
+    return ::poll(&control, 1, 0) > 0;
 }
 
 size_t FtpConnection::onHeader(char* data, size_t size, size_t count, void* self)

@@ -11,6 +11,7 @@
 #include <curl/curl.h>
 
 #include <functional>
+#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -36,6 +37,11 @@ struct FtpReply {
 // convert (libcurl's own conversion is kept off, see perform()).
 //
 // A stop request (the worker's std::stop_token) ends any operation at the next libcurl callback.
+//
+// One login per connection: once the control connection has timed out or the server has dropped
+// it, every later operation fails at once with the reason of that failure. libcurl would log in
+// again silently for the next operation, and a stalled server would then cost every file of a job
+// a login and a time-out of its own.
 class FtpConnection final {
 public:
     // Bytes for libcurl to send: fills `buffer` with up to `room` bytes and returns how many;
@@ -62,27 +68,23 @@ public:
     // Connects and logs in, retrying a failed connect ConnectionOptions::retries times; notes the
     // entry folder and switches the server to UTF-8 names where it offers them.
     [[nodiscard]] FtpResult open();
+    // Logged in and not closed since; a lost connection stays open until it is closed.
     [[nodiscard]] bool isOpen() const { return open_; }
+    // Why the control connection was lost under the login (a time-out, a drop), or none.
+    [[nodiscard]] const std::optional<FtpResult>& lost() const { return lost_; }
     // Logs out (QUIT) and drops the handle. A closed connection can be prepared again.
     void close();
 
-    [[nodiscard]] const ConnectionOptions& options() const { return options_; }
-    [[nodiscard]] const ServerLogin& login() const { return login_; }
-    // The folder the login started in (the server's PWD), and the folder relative names are in.
-    [[nodiscard]] QString entryFolder() const { return entryFolder_; }
+    // The folder relative names are in: where the login started (the server's PWD) until a
+    // change of folder.
     [[nodiscard]] QString currentFolder() const { return currentFolder_; }
     [[nodiscard]] QString absolutePath(const QString& path) const;
-    [[nodiscard]] bool utf8Names() const { return utf8_; }
 
     [[nodiscard]] FtpResult changeFolder(const QString& folder);
     [[nodiscard]] FtpResult makeFolder(const QString& path);
     [[nodiscard]] FtpResult removeFolder(const QString& path);
     [[nodiscard]] FtpResult removeFile(const QString& path);
     [[nodiscard]] FtpResult rename(const QString& from, const QString& to);
-    [[nodiscard]] FtpResult fileSize(const QString& path, qint64& size);
-    [[nodiscard]] FtpResult printFolder(QString& folder);
-    // The reply to the last single command.
-    [[nodiscard]] const FtpReply& lastReply() const { return lastReply_; }
 
     // Stores the bytes that `read` hands out as `path` (STOR). `size` is told to libcurl, -1 when
     // unknown. Aborted on purpose: 237.
@@ -97,13 +99,17 @@ private:
 
     [[nodiscard]] FtpResult perform(const Request& request);
     // Sends the commands, each prefixed with "*" so that a refusal keeps the connection, and
-    // hands back their replies (empty on failure of the whole exchange).
-    [[nodiscard]] FtpResult quote(const QByteArrayList& commands, std::vector<FtpReply>& replies);
+    // hands back their replies, one per command.
+    [[nodiscard]] FtpValue<std::vector<FtpReply>> quote(const QByteArrayList& commands);
     [[nodiscard]] FtpResult singleCommand(const QByteArray& verb, const QString& path, int okClass);
-    [[nodiscard]] FtpResult checkedPath(const QString& path, QString& absolute) const;
+    // The absolute form of a name that can go into a command.
+    [[nodiscard]] FtpValue<QString> checkedPath(const QString& path) const;
     [[nodiscard]] QByteArray urlFor(const QString& absolute) const;
     [[nodiscard]] std::vector<FtpReply> replies() const;
     [[nodiscard]] bool abortRequested() const;
+    // The server closed the control connection that libcurl keeps between operations (a "421"
+    // notice, or the connection's end, is waiting on it).
+    [[nodiscard]] bool controlConnectionDropped() const;
 
     [[nodiscard]] CURLcode run(CURL* handle);
 
@@ -114,7 +120,6 @@ private:
 
     ConnectionOptions options_;
     std::stop_token stop_;
-    ServerLogin login_;
     CURL* handle_ = nullptr;
     // Owns the cached control connection while the handle is not running.
     CURLM* multi_ = nullptr;
@@ -124,10 +129,10 @@ private:
     QByteArray proxy_;
     char errorBuffer_[CURL_ERROR_SIZE] {};
     bool open_ = false;
-    bool utf8_ = false;
-    QString entryFolder_;
+    std::optional<FtpResult> lost_;
+    // The control connection libcurl keeps after the last operation; none when it closed it.
+    curl_socket_t controlSocket_ = CURL_SOCKET_BAD;
     QString currentFolder_;
-    FtpReply lastReply_;
 
     // State of the operation under way, seen by the callbacks.
     QByteArrayList replyLines_;

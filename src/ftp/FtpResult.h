@@ -51,4 +51,13 @@ struct [[nodiscard]] FtpResult {
     [[nodiscard]] static LocalFileError localErrorFor(int errorNumber);
 };
 
+// The outcome of an operation that finds something out: its result, and the value when the
+// result is a success.
+template <typename T> struct [[nodiscard]] FtpValue {
+    FtpResult result;
+    T value {};
+
+    [[nodiscard]] bool ok() const { return result.ok(); }
+};
+
 } // namespace zelto

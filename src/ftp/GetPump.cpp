@@ -29,7 +29,7 @@ bool GetPump::write(const char* data, qint64 size)
 {
     if (!file_.isOpen() && !open())
         return false;
-    session_.setTray(TrayState::Busy);
+    session_.reporter().setTray(TrayState::Busy);
     auto& counters = TransferCounters::instance();
     const qint64 gather = writeBuffer_ < readBuffer_ ? 1 : writeBuffer_ / readBuffer_;
     for (qint64 at = 0; at < size;) {

@@ -32,7 +32,7 @@ qint64 PutPump::fill(char* buffer, qint64 room)
 {
     if (!started_) {
         started_ = true;
-        session_.setTray(TrayState::Sending);
+        session_.reporter().setTray(TrayState::Sending);
         // The remote file is open now; a cancel that came meanwhile stops here.
         if (session_.cancelRequested())
             return fail(FtpResult::failure(ids::kPutCanceled));

@@ -1,8 +1,8 @@
 #include "RoundProgress.h"
 
-#include "ftp/CTransferSession.h"
 #include "ftp/JobProgress.h"
 #include "ftp/ProgressText.h"
+#include "ftp/SessionReporter.h"
 #include "ftp/TransferCounters.h"
 
 namespace zelto {
@@ -28,9 +28,9 @@ void showRate(
 
 } // namespace
 
-RoundProgress::RoundProgress(CTransferSession& session, qint64 fileSize,
+RoundProgress::RoundProgress(SessionReporter& reporter, qint64 fileSize,
     std::optional<Clock::time_point> jobStart, Total total, Clock::time_point fileStart)
-    : session_(session)
+    : reporter_(reporter)
     , fileSize_(fileSize)
     , jobStart_(jobStart)
     , fileStart_(fileStart)
@@ -42,7 +42,7 @@ RoundProgress::RoundProgress(CTransferSession& session, qint64 fileSize,
 
 void RoundProgress::start()
 {
-    if (auto* progress = session_.progress()) {
+    if (auto* progress = reporter_.progress()) {
         progress->setFileBar(progress->barPosition(0, fileSize_));
         progress->setFileBytes(0, fileSize_);
     }
@@ -51,11 +51,11 @@ void RoundProgress::start()
 void RoundProgress::round(qint64 bytes, Clock::time_point now)
 {
     moved_ += bytes;
-    if (auto* progress = session_.progress()) {
-        const qint64 total = session_.batchTotalBytes();
+    if (auto* progress = reporter_.progress()) {
+        const qint64 total = reporter_.batchTotalBytes();
         if (total > 0)
-            session_.addBatchDoneBytes(bytes);
-        const qint64 done = session_.batchDoneBytes();
+            reporter_.addBatchDoneBytes(bytes);
+        const qint64 done = reporter_.batchDoneBytes();
         progress->setJobBytes(done, total);
         progress->setFileBytes(moved_, fileSize_);
         if (total > 0) {
@@ -86,7 +86,7 @@ void RoundProgress::round(qint64 bytes, Clock::time_point now)
 
 void RoundProgress::finish(Clock::time_point now)
 {
-    if (!session_.progress() || !bytesPending_)
+    if (!reporter_.progress() || !bytesPending_)
         return;
     showBytes();
     showRates(now);
@@ -94,19 +94,19 @@ void RoundProgress::finish(Clock::time_point now)
 
 void RoundProgress::showBytes()
 {
-    auto& progress = *session_.progress();
+    auto& progress = *reporter_.progress();
     progress.setText(Text::JobBytes,
-        ProgressText::bytesText(session_.batchDoneBytes(), session_.batchTotalBytes()));
+        ProgressText::bytesText(reporter_.batchDoneBytes(), reporter_.batchTotalBytes()));
     progress.setText(Text::FileBytes, ProgressText::bytesText(moved_, fileSize_));
     bytesPending_ = false;
 }
 
 void RoundProgress::showRates(Clock::time_point now)
 {
-    auto& progress = *session_.progress();
+    auto& progress = *reporter_.progress();
     if (jobStart_)
-        showRate(progress, Text::JobRate, Text::JobTimeLeft, session_.batchDoneBytes(),
-            session_.batchTotalBytes(), RunningTime::rateSeconds(*jobStart_, now));
+        showRate(progress, Text::JobRate, Text::JobTimeLeft, reporter_.batchDoneBytes(),
+            reporter_.batchTotalBytes(), RunningTime::rateSeconds(*jobStart_, now));
     showRate(progress, Text::FileRate, Text::FileTimeLeft, moved_, fileSize_,
         RunningTime::rateSeconds(fileStart_, now));
 }

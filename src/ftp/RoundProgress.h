@@ -9,7 +9,7 @@
 
 namespace zelto {
 
-class CTransferSession;
+class SessionReporter;
 
 // What one round of a transfer pump publishes: the job's and the file's bytes and bars every
 // round, the bytes texts with them and the rates and times left every fifth round, and the
@@ -28,7 +28,7 @@ public:
     enum class Total { Transfer, Copy };
 
     // Without a job start there is no job rate, no job time left and no running time.
-    RoundProgress(CTransferSession& session, qint64 fileSize,
+    RoundProgress(SessionReporter& reporter, qint64 fileSize,
         std::optional<Clock::time_point> jobStart, Total total,
         Clock::time_point fileStart = Clock::now());
 
@@ -45,7 +45,7 @@ private:
     void showBytes();
     void showRates(Clock::time_point now);
 
-    CTransferSession& session_;
+    SessionReporter& reporter_;
     qint64 fileSize_;
     std::optional<Clock::time_point> jobStart_;
     Clock::time_point fileStart_;

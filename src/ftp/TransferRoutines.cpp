@@ -4,13 +4,12 @@
 #include "ftp/CopyPipe.h"
 #include "ftp/FtpErrors.h"
 #include "ftp/GetPump.h"
-#include "ftp/JobServices.h"
 #include "ftp/PutPump.h"
 #include "ftp/RoundProgress.h"
 #include "ftp/TransferCounters.h"
 #include "ftp/TransferType.h"
-#include "log/LogSink.h"
 #include "platform/StringIds.h"
+#include "platform/StringTable.h"
 #include "settings/SettingsStore.h"
 
 #include <QFile>
@@ -47,12 +46,19 @@ void removeSourceAfterTransfer(CTransferSession& session, const QString& remoteP
     if (!isYes(settings::config::kDeleteGet))
         return;
     const auto removed = session.connection()->removeFile(remotePath);
-    LogEvent event;
-    event.messageId = removed.ok() ? ids::kLogDeletionOk : ids::kLogDeletionFailed;
-    event.field1 = remotePath;
-    event.field2 = session.server();
-    event.detail = removed.ok() ? QString() : removed.text();
-    session.services().log.write(event);
+    session.reporter().logDeletion(remotePath, session.server(), removed);
+}
+
+// DeletePut: the local file goes once it arrived whole. Only a failed delete is logged: the user
+// asked for the file to go, and it stays.
+void removeLocalSource(CTransferSession& session, const QString& localPath)
+{
+    if (!isYes(settings::config::kDeletePut))
+        return;
+    QFile source(localPath);
+    if (!source.remove())
+        session.reporter().logDeletion(localPath, StringTable::text(ids::kLocalMachine),
+            FtpResult::fileFailure(source, errno));
 }
 
 std::chrono::milliseconds pipeWait(const CTransferSession& source, const CTransferSession& target)
@@ -65,56 +71,56 @@ std::chrono::milliseconds pipeWait(const CTransferSession& source, const CTransf
 
 } // namespace
 
-FtpResult putFile(CTransferSession& session, const QString& localPath, const QString& remotePath,
-    bool honourTransferType, qint64 fileSize, JobStart jobStart, bool keepSource)
+FtpResult putFile(CTransferSession& session, const TransferRequest& request)
 {
     if (!session.isConnected())
         return notConnected();
     session.loadBufferSizes();
-    const auto type = transferTypeFor(localPath, honourTransferType);
-    QFile file(localPath);
+    const auto type = transferTypeFor(request.from, request.honourTransferType);
+    QFile file(request.from);
     // Unbuffered: the pump reads straight into libcurl's buffer.
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return FtpResult::fileFailure(file, errno);
     if (session.cancelRequested())
         return FtpResult::failure(ids::kPutCanceled); // before the remote file exists
 
-    RoundProgress progress(session, fileSize, jobStart, RoundProgress::Total::Transfer);
+    RoundProgress progress(
+        session.reporter(), request.size, request.jobStart, RoundProgress::Total::Transfer);
     progress.start();
-    PutPump pump(session, file, fileSize, type, progress);
+    PutPump pump(session, file, request.size, type, progress);
     auto result = session.connection()->upload(
-        remotePath, type, type == TransferType::Text ? -1 : fileSize,
+        request.to, type, type == TransferType::Text ? -1 : request.size,
         [&](char* buffer, qint64 room) { return pump.fill(buffer, room); },
         [&] { return session.cancelRequested(); });
     progress.finish();
     if (!result.ok() && pump.failure())
         result = *pump.failure();
     file.close();
-    session.setTray(TrayState::Idle);
+    session.reporter().setTray(TrayState::Idle);
     if (!result.ok())
         return result;
 
     TransferCounters::instance().addFileTransferred();
-    if (isYes(settings::config::kDeletePut) && !keepSource)
-        QFile::remove(localPath);
+    if (!request.keepSource)
+        removeLocalSource(session, request.from);
     return result;
 }
 
-FtpResult getFile(CTransferSession& session, const QString& remotePath, const QString& localPath,
-    bool honourTransferType, qint64 fileSize, JobStart jobStart)
+FtpResult getFile(CTransferSession& session, const TransferRequest& request)
 {
     if (!session.isConnected())
         return notConnected();
     session.loadBufferSizes();
-    const auto type = transferTypeFor(remotePath, honourTransferType);
-    RoundProgress progress(session, fileSize, jobStart, RoundProgress::Total::Transfer);
+    const auto type = transferTypeFor(request.from, request.honourTransferType);
+    RoundProgress progress(
+        session.reporter(), request.size, request.jobStart, RoundProgress::Total::Transfer);
     progress.start();
-    GetPump pump(session, localPath, type, progress);
+    GetPump pump(session, request.to, type, progress);
     auto result = session.connection()->download(
-        remotePath, type, [&](const char* data, qint64 size) { return pump.write(data, size); });
+        request.from, type, [&](const char* data, qint64 size) { return pump.write(data, size); });
     const auto finished = pump.finish(result.ok());
     progress.finish();
-    session.setTray(TrayState::Idle);
+    session.reporter().setTray(TrayState::Idle);
     if (!result.ok() && pump.failure())
         result = *pump.failure();
     else if (result.ok())
@@ -123,19 +129,19 @@ FtpResult getFile(CTransferSession& session, const QString& remotePath, const QS
         return result;
 
     TransferCounters::instance().addFileTransferred();
-    removeSourceAfterTransfer(session, remotePath);
+    removeSourceAfterTransfer(session, request.from);
     return result;
 }
 
-FtpResult copyFile(CTransferSession& source, CTransferSession& target, const QString& sourcePath,
-    const QString& targetPath, bool honourTransferType, qint64 fileSize, JobStart jobStart)
+FtpResult copyFile(
+    CTransferSession& source, CTransferSession& target, const TransferRequest& request)
 {
     if (!source.isConnected() || !target.isConnected())
         return notConnected();
     source.loadBufferSizes();
     const qint64 readBuffer = source.readBufferSize();
     const qint64 writeBuffer = source.writeBufferSize();
-    const auto type = transferTypeFor(sourcePath, honourTransferType);
+    const auto type = transferTypeFor(request.from, request.honourTransferType);
     CopyPipe pipe(kPipeCapacity, pipeWait(source, target), source.stopToken());
 
     // The upload runs on its own thread, from the first bytes of the source on.
@@ -143,20 +149,21 @@ FtpResult copyFile(CTransferSession& source, CTransferSession& target, const QSt
     std::jthread uploader;
     const auto startUpload = [&] {
         uploader = std::jthread([&] {
-            uploaded = target.connection()->upload(targetPath, type, -1,
+            uploaded = target.connection()->upload(request.to, type, -1,
                 [&](char* buffer, qint64 room) { return pipe.pop(buffer, room); });
             if (!uploaded.ok())
                 pipe.abandon();
         });
     };
 
-    RoundProgress progress(source, fileSize, jobStart, RoundProgress::Total::Copy);
+    RoundProgress progress(
+        source.reporter(), request.size, request.jobStart, RoundProgress::Total::Copy);
     progress.start();
-    source.setTray(TrayState::Sending);
+    source.reporter().setTray(TrayState::Sending);
     auto& counters = TransferCounters::instance();
     const qint64 gather = writeBuffer < readBuffer ? 1 : writeBuffer / readBuffer;
     const auto downloaded
-        = source.connection()->download(sourcePath, type, [&](const char* data, qint64 size) {
+        = source.connection()->download(request.from, type, [&](const char* data, qint64 size) {
               if (!uploader.joinable())
                   startUpload();
               // Both ends speak the type's wire form: the bytes pass unchanged, the whole chunk
@@ -188,7 +195,7 @@ FtpResult copyFile(CTransferSession& source, CTransferSession& target, const QSt
     if (uploader.joinable())
         uploader.join();
     progress.finish();
-    source.setTray(TrayState::Idle);
+    source.reporter().setTray(TrayState::Idle);
 
     FtpResult result = uploaded;
     if (!downloaded.ok()) {
@@ -203,7 +210,7 @@ FtpResult copyFile(CTransferSession& source, CTransferSession& target, const QSt
         return result;
 
     counters.addFileTransferred();
-    removeSourceAfterTransfer(source, sourcePath);
+    removeSourceAfterTransfer(source, request.from);
     return result;
 }
 

@@ -14,38 +14,48 @@ class CTransferSession;
 // When the job began: gives the job's rate and time left and feeds the running-time total.
 using JobStart = std::optional<RunningTime::Clock::time_point>;
 
+// One file for a transfer routine to move.
+struct TransferRequest {
+    QString from; // put: the local path; get and copy: the remote name
+    QString to; // put and copy: the remote name; get: the local path
+    // The size when the job was built: a put sends the file up to it, and the progress counts
+    // against it.
+    qint64 size = 0;
+    JobStart jobStart {};
+    // The TransferType option decides the type first; otherwise the file's name alone.
+    bool honourTransferType = true;
+    // Put: the local file stays after DeletePut (the same file still goes to further sites).
+    bool keepSource = true;
+};
+
 // The routines that move one file over connected sessions. Each reads ReadBuffer and WriteBuffer
-// at its start, picks text or binary by the file's name (with `honourTransferType`, the
-// TransferType option first), publishes its progress every round and returns 0 when the whole
-// file moved. They log only the delete of a source after DeleteGet; the outcome of the file is
-// for the caller to log and sound. Remote names are full paths or relative to the connection's
+// at its start, picks text or binary by the file's name (see TransferRequest), publishes its
+// progress every round and returns success when the whole file moved. They log only the delete of
+// a source after DeleteGet, and a failed delete after DeletePut; the outcome of the file is for
+// the caller to log and sound. Remote names are full paths or relative to the connection's
 // current folder.
 //
 // Text mode is TYPE A with CRLF line ends on the wire: a put turns local LF into CRLF, a get turns
 // CRLF back into LF, and a copy passes the wire form through unchanged. libcurl converts nothing
 // (see FtpConnection), so nothing is converted twice.
 
-// Local file to remote file. `fileSize` is the size when the job was built; the file is sent up
-// to it, and a file found shorter fails. Cancel (CTransferSession::requestCancel) ends it with
-// 237: before the remote open nothing is created on the server, later the partial file stays.
-// After success DeletePut "YES" deletes the local file unless `keepSource`.
-[[nodiscard]] FtpResult putFile(CTransferSession& session, const QString& localPath,
-    const QString& remotePath, bool honourTransferType, qint64 fileSize, JobStart jobStart,
-    bool keepSource);
+// Local file to remote file. The file is sent up to the request's size, and a file found shorter
+// fails. Cancel (CTransferSession::requestCancel) ends it with 237: before the remote open
+// nothing is created on the server, later the partial file stays. After success DeletePut "YES"
+// deletes the local file unless the request keeps it; only a failed delete is logged (32870).
+[[nodiscard]] FtpResult putFile(CTransferSession& session, const TransferRequest& request);
 
 // Remote file to local file, created or truncated when the first bytes arrive. A stop request
 // ends it with 285 and leaves the partial file. After success DeleteGet "YES" deletes the remote
 // file, logged as 32869 or 32870.
-[[nodiscard]] FtpResult getFile(CTransferSession& session, const QString& remotePath,
-    const QString& localPath, bool honourTransferType, qint64 fileSize, JobStart jobStart);
+[[nodiscard]] FtpResult getFile(CTransferSession& session, const TransferRequest& request);
 
 // Remote file on `source` to a remote file on `target`, streamed through a bounded buffer from a
 // download on this thread to an upload on another; no local file. The target is opened when the
 // first bytes arrived (or once an empty source was read whole), so a source that cannot be read
 // leaves no target behind. The time goes to the copy-time total. After success DeleteGet "YES"
 // deletes the source, logged as 32869 or 32870.
-[[nodiscard]] FtpResult copyFile(CTransferSession& source, CTransferSession& target,
-    const QString& sourcePath, const QString& targetPath, bool honourTransferType, qint64 fileSize,
-    JobStart jobStart);
+[[nodiscard]] FtpResult copyFile(
+    CTransferSession& source, CTransferSession& target, const TransferRequest& request);
 
 } // namespace zelto

@@ -12,8 +12,7 @@ RemoteName RemoteName::of(const QString& path)
     return { slash == 0 ? QStringLiteral("/") : path.left(slash), path.mid(slash + 1) };
 }
 
-FtpResult RemoteFolder::list(
-    FtpConnection& connection, const QString& folder, RemoteListing& listing)
+FtpValue<RemoteListing> RemoteFolder::list(FtpConnection& connection, const QString& folder)
 {
     QString path = folder.isEmpty() ? connection.currentFolder() : folder;
     if (path.isEmpty())
@@ -21,16 +20,16 @@ FtpResult RemoteFolder::list(
     // A path that ends in "/" is listed (LIST) rather than fetched.
     if (!path.endsWith(u'/'))
         path += u'/';
-    return RemoteListing::fetch(connection, path, listing);
+    return RemoteListing::fetch(connection, path);
 }
 
 std::optional<bool> RemoteFolder::holds(FtpConnection& connection, const QString& path)
 {
     const RemoteName name = RemoteName::of(path);
-    RemoteListing listing;
-    if (!list(connection, name.folder, listing).ok())
+    const auto listing = list(connection, name.folder);
+    if (!listing.ok())
         return std::nullopt;
-    return listing.contains(name.name);
+    return listing.value.contains(name.name);
 }
 
 } // namespace zelto

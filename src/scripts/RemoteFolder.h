@@ -26,8 +26,8 @@ public:
     RemoteFolder() = delete;
 
     // The names in `folder` (empty: the connection's current folder), from its LIST reply.
-    [[nodiscard]] static FtpResult list(
-        FtpConnection& connection, const QString& folder, RemoteListing& listing);
+    [[nodiscard]] static FtpValue<RemoteListing> list(
+        FtpConnection& connection, const QString& folder);
     // Whether the folder of `path` holds its last part; none when that folder cannot be listed.
     [[nodiscard]] static std::optional<bool> holds(FtpConnection& connection, const QString& path);
 };

@@ -53,7 +53,8 @@ void ScriptTransfers::get(
     const QString localPath = localPathOf(localFolder, RemoteName::of(remotePath).name);
     auto result = from.ready();
     if (result.ok())
-        result = getFile(*from.session, remotePath, localPath, true, 0, start_);
+        result
+            = getFile(*from.session, { .from = remotePath, .to = localPath, .jobStart = start_ });
     report(subject, remotePath, result, ScriptReport::fields(from.host, localMachine_, localPath));
 }
 
@@ -65,8 +66,12 @@ void ScriptTransfers::put(
     const QString remoteName = QFileInfo(path).fileName();
     auto result = to.ready();
     if (result.ok())
-        result
-            = putFile(*to.session, path, remoteName, true, QFileInfo(path).size(), start_, false);
+        result = putFile(*to.session,
+            { .from = path,
+                .to = remoteName,
+                .size = QFileInfo(path).size(),
+                .jobStart = start_,
+                .keepSource = false });
     report(subject, localPath, result, ScriptReport::fields(localMachine_, to.host, remoteName));
 }
 
@@ -83,18 +88,18 @@ void ScriptTransfers::send(
         if (ready.ok() && !isLocal(*side))
             ready = side->ready();
     }
-    QStringList paths;
+    FtpValue<QStringList> paths { ready };
     if (ready.ok())
-        ready = sources(from, what, localFolder, paths);
-    if (!ready.ok()) {
-        report(subject, what, ready, record);
+        paths = sources(from, what, localFolder);
+    if (!paths.ok()) {
+        report(subject, what, paths.result, record);
         return;
     }
 
     const bool overwrite
         = SettingsStore::get(settings::config::kOverwrite) == QLatin1StringView(settings::kYes);
     std::optional<RemoteListing> targets;
-    for (const QString& path : paths) {
+    for (const QString& path : paths.value) {
         if (stop_.stop_requested())
             return;
         const LogEvent fileRecord = ScriptReport::fields(record.field1, record.field2, path);
@@ -113,10 +118,8 @@ bool ScriptTransfers::targetExists(const ScriptConnection& to, const QString& na
     if (isLocal(to))
         return QFileInfo::exists(localPathOf(localFolder, name));
     // Listed once per command; a folder that cannot be listed is taken to be empty.
-    if (!targets) {
-        targets.emplace();
-        static_cast<void>(RemoteFolder::list(*to.session->connection(), {}, *targets));
-    }
+    if (!targets)
+        targets = RemoteFolder::list(*to.session->connection(), {}).value;
     return targets->contains(name);
 }
 
@@ -125,42 +128,45 @@ FtpResult ScriptTransfers::sendOne(ScriptConnection& from, ScriptConnection& to,
 {
     if (isLocal(from)) {
         const QString source = localPathOf(localFolder, path);
-        return putFile(*to.session, source, name, true, QFileInfo(source).size(), start_, false);
+        return putFile(*to.session,
+            { .from = source,
+                .to = name,
+                .size = QFileInfo(source).size(),
+                .jobStart = start_,
+                .keepSource = false });
     }
     if (isLocal(to))
-        return getFile(*from.session, path, localPathOf(localFolder, name), true, 0, start_);
-    return copyFile(*from.session, *to.session, path, name, true, 0, start_);
+        return getFile(*from.session,
+            { .from = path, .to = localPathOf(localFolder, name), .jobStart = start_ });
+    return copyFile(*from.session, *to.session, { .from = path, .to = name, .jobStart = start_ });
 }
 
-FtpResult ScriptTransfers::sources(const ScriptConnection& from, const QString& what,
-    const QString& localFolder, QStringList& paths) const
+FtpValue<QStringList> ScriptTransfers::sources(
+    const ScriptConnection& from, const QString& what, const QString& localFolder) const
 {
     const RemoteName named = RemoteName::of(what);
-    if (!isPattern(named.name)) {
-        paths = { what };
-        return FtpResult::success();
-    }
+    if (!isPattern(named.name))
+        return { FtpResult::success(), { what } };
     QStringList names;
     if (isLocal(from)) {
         names = QDir(localPathOf(localFolder, named.folder)).entryList(QDir::Files | QDir::Hidden);
     } else {
-        RemoteListing listing;
-        if (auto listed = RemoteFolder::list(*from.session->connection(), named.folder, listing);
-            !listed.ok())
-            return listed;
-        names = listing.files.values();
+        const auto listed = RemoteFolder::list(*from.session->connection(), named.folder);
+        if (!listed.ok())
+            return { listed.result };
+        names = listed.value.files.values();
     }
     const QRegularExpression pattern(QRegularExpression::wildcardToRegularExpression(named.name));
     names.removeIf([&](const QString& name) { return !pattern.match(name).hasMatch(); });
     if (names.isEmpty())
-        return FtpResult::failure(ids::kNoSuchFile);
+        return { FtpResult::failure(ids::kNoSuchFile) };
     std::sort(names.begin(), names.end());
     const QString prefix = named.folder.isEmpty()
         ? QString()
         : (named.folder.endsWith(u'/') ? named.folder : named.folder + u'/');
-    for (const QString& name : names)
-        paths.append(prefix + name);
-    return FtpResult::success();
+    for (QString& name : names)
+        name.prepend(prefix);
+    return { FtpResult::success(), names };
 }
 
 void ScriptTransfers::report(

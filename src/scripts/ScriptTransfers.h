@@ -41,8 +41,8 @@ public:
 
 private:
     // The source paths that `what` names on `from`, sorted; a failure when they cannot be found.
-    [[nodiscard]] FtpResult sources(const ScriptConnection& from, const QString& what,
-        const QString& localFolder, QStringList& paths) const;
+    [[nodiscard]] FtpValue<QStringList> sources(
+        const ScriptConnection& from, const QString& what, const QString& localFolder) const;
     // Whether `name` is already in the target folder; `targets` caches the remote listing.
     [[nodiscard]] bool targetExists(const ScriptConnection& to, const QString& name,
         const QString& localFolder, std::optional<RemoteListing>& targets) const;

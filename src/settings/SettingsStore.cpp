@@ -75,12 +75,19 @@ QString path(const QString& section, const QString& key)
 }
 
 // The store holds the quick-connect password, so it is the owner's alone.
-void writeValue(const QString& section, const QString& key, const QVariant& value)
+bool writeValues(const QList<std::pair<QString, QVariant>>& values)
 {
     const auto store = openStore();
-    store->setValue(path(section, key), value);
+    for (const auto& [key, value] : values)
+        store->setValue(key, value);
     store->sync();
-    restrictToOwner(store->fileName());
+    const bool written = store->status() == QSettings::NoError;
+    return restrictToOwner(store->fileName()) && written;
+}
+
+void writeValue(const QString& section, const QString& key, const QVariant& value)
+{
+    writeValues({ { path(section, key), value } });
 }
 
 } // namespace
@@ -129,6 +136,14 @@ void SettingsStore::set(const settings::IntKey& key, int value)
 void SettingsStore::set(const settings::TextKey& key, const QString& value)
 {
     writeText(QLatin1StringView(key.section), QLatin1StringView(key.name), value);
+}
+
+bool SettingsStore::setAll(std::initializer_list<std::pair<settings::TextKey, QString>> values)
+{
+    QList<std::pair<QString, QVariant>> paths;
+    for (const auto& [key, value] : values)
+        paths.append({ path(QLatin1StringView(key.section), QLatin1StringView(key.name)), value });
+    return writeValues(paths);
 }
 
 void SettingsStore::remove(const QString& section, const QString& key)

@@ -52,16 +52,19 @@ protected:
     }
 
     // Runs the engine (overwriting forbidden), then ends both sessions.
-    int copy(std::vector<FileEntry>& files, const JobSite& from, const JobSite& to)
+    FtpResult copy(std::vector<FileEntry>& files, const JobSite& from, const JobSite& to)
     {
         auto source = session();
         auto target = session();
-        const int code = runCopyEngine(*source, *target, from, to, files, {});
+        auto result = runCopyEngine(*source, *target, from, to, files, {});
         source->disconnectJob();
         target->disconnectJob();
-        return code;
+        return result;
     }
-    int copy(std::vector<FileEntry>& files) { return copy(files, siteOf(*server_), siteOf(*to_)); }
+    FtpResult copy(std::vector<FileEntry>& files)
+    {
+        return copy(files, siteOf(*server_), siteOf(*to_));
+    }
 
     // Copies three files of two nested folders under `sourceTop` of `from` (shown from
     // `fromRoot`) into `folder` of `to`, and checks each file byte for byte, the folders made one
@@ -83,7 +86,7 @@ protected:
                 made.append(level += u'/' + part);
         recorder_.clear();
 
-        ASSERT_EQ(copy(files, from, to), kEngineRan);
+        ASSERT_TRUE(copy(files, from, to).ok());
         for (const auto& entry : files) {
             EXPECT_EQ(entry.result, FileEntry::kSent) << entry.message.toStdString();
             EXPECT_TRUE(sameBytes(fromRoot + entry.localFolder + u'/' + entry.localName,
@@ -127,7 +130,8 @@ TEST_F(CopyEngineTest, CopyFileIsByteExactThroughTheBoundedBuffer)
         const auto name = QStringLiteral("c%1.bin").arg(c.size);
         ASSERT_TRUE(makeFile(home() + u'/' + name, c.size, quint64(c.size)));
         const auto before = TransferCounters::instance().snapshot();
-        const auto result = copyFile(*source, *target, name, name, false, c.size, {});
+        const auto result
+            = copyFile(*source, *target, { .from = name, .to = name, .size = c.size });
         ASSERT_TRUE(result.ok()) << result.text().toStdString();
         const auto stored = to_->home() + u'/' + name;
         EXPECT_TRUE(waitUntil([&] { return QFileInfo(stored).size() == c.size; }, 5s));
@@ -175,7 +179,7 @@ TEST_F(CopyEngineTest, EachFileKeepsItsOwnFailureAndOnlyCopiedSourcesAreDeleted)
     };
     const auto moved = contents(home() + QStringLiteral("/s/moved.bin"));
 
-    ASSERT_EQ(copy(files), kEngineRan);
+    ASSERT_TRUE(copy(files).ok());
 
     EXPECT_EQ(files[0].result, ids::kCannotOverwrite);
     EXPECT_EQ(files[0].message, StringTable::text(ids::kCannotOverwrite));
@@ -199,7 +203,7 @@ TEST_F(CopyEngineTest, ARefusedLoginOnEitherSideReturnsItsCodeAndCopiesNothing)
         to_->setFaults(targetRefuses ? refused : FtpFaults {});
         std::vector<FileEntry> files = { sourceFile(home(), "/s", "a.txt", 20) };
 
-        EXPECT_EQ(copy(files), inet::kLoginFailed);
+        EXPECT_EQ(copy(files).code, inet::kLoginFailed);
         EXPECT_EQ(files[0].result, FileEntry::kNotTried);
         EXPECT_TRUE(files[0].message.startsWith(StringTable::errorMessage(inet::kLoginFailed)));
         EXPECT_EQ(server_->commandCount(QStringLiteral("RETR")), 0);

@@ -30,7 +30,7 @@ protected:
         return entry;
     }
 
-    int get(std::vector<FileEntry>& files, const EngineOptions& options = {})
+    FtpResult get(std::vector<FileEntry>& files, const EngineOptions& options = {})
     {
         auto job = session();
         return runGetEngine(*job, siteOf(*server_), files, options);
@@ -71,7 +71,7 @@ TEST_F(GetEngineTest, EachModeMirrorsTheRemoteFolders)
             wanted(QStringLiteral("/data"), QStringLiteral("c.txt"), into),
         };
 
-        ASSERT_EQ(get(files), kEngineRan);
+        ASSERT_TRUE(get(files).ok());
         EXPECT_EQ(resultsOf(files), (std::vector<int> { 0, 0, 0 }));
         const auto root = local(into);
         EXPECT_EQ(filesUnder(root), c.expected);
@@ -100,7 +100,7 @@ TEST_F(GetEngineTest, NamesThatWouldLeaveTheLocalFolderAreRefused)
     };
     files[1].remoteName = QStringLiteral("x"); // a local name of its own can lie as well
 
-    ASSERT_EQ(get(files), kEngineRan);
+    ASSERT_TRUE(get(files).ok());
     const int refused = int(LocalFileError::BadPath);
     EXPECT_EQ(resultsOf(files), (std::vector<int> { refused, refused, refused, refused, 0 }));
     EXPECT_TRUE(files[0].message.contains(QStringLiteral("/data/../x")))

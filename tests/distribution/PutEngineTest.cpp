@@ -22,7 +22,8 @@ QStringList sorted(QStringList list)
 class PutEngineTest : public EngineFixture {
 protected:
     // Runs the engine over `files` against the fixture, into `folder` of its home.
-    int put(std::vector<FileEntry>& files, const QString& folder, const EngineOptions& options)
+    FtpResult put(
+        std::vector<FileEntry>& files, const QString& folder, const EngineOptions& options)
     {
         auto job = session();
         return runPutEngine(*job, siteOf(*server_, u'/' + folder), files, options);
@@ -80,7 +81,7 @@ TEST_F(PutEngineTest, EachModePlacesNestedFilesAndMakesEachFolderOnce)
         EngineOptions options;
         options.keepFolder = c.keepFolder;
         options.overwriteAllowed = true;
-        ASSERT_EQ(put(sent, folder, options), kEngineRan);
+        ASSERT_TRUE(put(sent, folder, options).ok());
 
         const auto root = home() + u'/' + folder;
         EXPECT_EQ(filesUnder(root), sorted(c.expected));
@@ -119,7 +120,7 @@ TEST_F(PutEngineTest, AFolderThatIsAPlainFileFailsItsFilesAndLaterFilesStillGo)
     };
     static_cast<void>(newCommands());
 
-    ASSERT_EQ(put(files, QStringLiteral("p"), {}), kEngineRan);
+    ASSERT_TRUE(put(files, QStringLiteral("p"), {}).ok());
 
     EXPECT_EQ(resultsOf(files), (std::vector<int> { 240, 240, 0 }));
     EXPECT_EQ(files[0].message, StringTable::text(ids::kCannotCreateFolder));
@@ -148,7 +149,7 @@ TEST_F(PutEngineTest, ForbiddenOverwriteRefusesExistingFilesAndSendsTheRest)
     static_cast<void>(newCommands());
 
     auto refused = files;
-    ASSERT_EQ(put(refused, QStringLiteral("o"), {}), kEngineRan);
+    ASSERT_TRUE(put(refused, QStringLiteral("o"), {}).ok());
     EXPECT_EQ(resultsOf(refused), (std::vector<int> { 239, 0, 239, 0 }));
     EXPECT_EQ(refused[0].message, StringTable::text(ids::kCannotOverwrite));
     EXPECT_EQ(contents(existing), before);
@@ -158,7 +159,7 @@ TEST_F(PutEngineTest, ForbiddenOverwriteRefusesExistingFilesAndSendsTheRest)
     auto replaced = files;
     EngineOptions options;
     options.overwriteAllowed = true;
-    ASSERT_EQ(put(replaced, QStringLiteral("o"), options), kEngineRan);
+    ASSERT_TRUE(put(replaced, QStringLiteral("o"), options).ok());
     EXPECT_EQ(resultsOf(replaced), (std::vector<int> { 0, 0, 0, 0 }));
     EXPECT_TRUE(sameBytes(local(QStringLiteral("x/a.txt")), existing));
     EXPECT_TRUE(sameBytes(local(QStringLiteral("y/c.txt")), home() + QStringLiteral("/o/c.txt")));

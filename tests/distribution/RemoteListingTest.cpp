@@ -53,24 +53,23 @@ TEST_F(RemoteListingFetchTest, AnEndlessListingIsRefusedAtItsBound)
     ASSERT_TRUE(QDir(home()).mkpath(QStringLiteral("in/sub")));
     auto job = session();
     ASSERT_TRUE(job->connectJob(siteOf(*server_)).ok());
-    RemoteListing listing;
-    ASSERT_TRUE(RemoteListing::fetch(*job->connection(), QStringLiteral("in/"), listing).ok());
-    EXPECT_EQ(listing.folders, (QSet<QString> { "sub" }));
+    const auto listed = RemoteListing::fetch(*job->connection(), QStringLiteral("in/"));
+    ASSERT_TRUE(listed.ok());
+    EXPECT_EQ(listed.value.folders, (QSet<QString> { "sub" }));
 
     FtpFaults faults;
     faults.endlessListing = true;
     server_->setFaults(faults);
-    const FtpResult endless
-        = RemoteListing::fetch(*job->connection(), QStringLiteral("in/"), listing);
-    EXPECT_EQ(endless.code, inet::kReplyNotParsed);
-    EXPECT_TRUE(endless.detail.contains(QStringLiteral("was refused")))
-        << endless.text().toStdString();
-    EXPECT_EQ(listing.folders, (QSet<QString> { "sub" })) << "a refused listing changes nothing";
+    const auto endless = RemoteListing::fetch(*job->connection(), QStringLiteral("in/"));
+    EXPECT_EQ(endless.result.code, inet::kReplyNotParsed);
+    EXPECT_TRUE(endless.result.detail.contains(QStringLiteral("was refused")))
+        << endless.result.text().toStdString();
+    EXPECT_TRUE(endless.value.files.isEmpty()) << "a refused listing gives no names";
 
     server_->setFaults({});
-    RemoteListing after;
-    EXPECT_TRUE(RemoteListing::fetch(*job->connection(), QStringLiteral("in/"), after).ok());
-    EXPECT_EQ(after.folders, (QSet<QString> { "sub" }));
+    const auto after = RemoteListing::fetch(*job->connection(), QStringLiteral("in/"));
+    EXPECT_TRUE(after.ok()) << after.result.text().toStdString();
+    EXPECT_EQ(after.value.folders, (QSet<QString> { "sub" }));
 }
 
 } // namespace

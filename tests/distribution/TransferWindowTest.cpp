@@ -294,9 +294,12 @@ TEST_F(TransferWindowTest, EveryAnswerToCancel)
         // The new worker may finish a site before the stopped one has left its connect.
         for (const auto& result : job->results()) {
             if (result.site.port != site(0).port) {
-                EXPECT_EQ(result.result, cancelAll ? TransferJob::kNotRun : 0) << result.site.port;
+                EXPECT_EQ(result.result.has_value(), !cancelAll) << "after All no later site runs";
+                EXPECT_TRUE(!result.result || result.result->ok()) << result.site.port;
             } else if (c.answer == Answer::Middle) {
-                EXPECT_EQ(result.result != 0, !sending) << "only a stopped connect fails the site";
+                ASSERT_TRUE(result.result);
+                EXPECT_EQ(!result.result->ok(), !sending)
+                    << "only a stopped connect fails the site";
             }
         }
     }

@@ -12,6 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace zelto::test {
 namespace {
 
@@ -88,7 +91,7 @@ TEST_F(ConnectJobTest, EventsSoundsAndTrayInTheJobsOrder)
                  : std::vector<Message> {});
         EXPECT_TRUE(!told || recorder_.events().back().detail.contains("550"));
         if (c.code == 0) {
-            EXPECT_EQ(session.batchTotalBytes(), 1234);
+            EXPECT_EQ(session.reporter().batchTotalBytes(), 1234);
             EXPECT_EQ(progress_.snapshot().jobTotal, 1234);
         }
     }
@@ -149,6 +152,25 @@ TEST_F(ConnectJobTest, QuickConnectStoresTheTypedValuesOnlyOnSuccess)
         (std::vector {
             std::pair(StringTable::errorMessage(inet::kLoginFailed), MessageIcon::Stop) }));
     EXPECT_EQ(stored(), good);
+
+    // A store that cannot be written (a file-size limit stops every write): the connection
+    // stands, and the user is told that its values were not kept.
+    recorder_.clear();
+    site.password = "secret";
+    site.remoteFolder.clear();
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
+    rlimit old {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    rlimit none = old;
+    none.rlim_cur = 0;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+    const auto kept = CTransferSession(recorder_.services, &progress_).quickConnect(site);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_TRUE(kept.ok()) << kept.text().toStdString();
+    ASSERT_EQ(recorder_.messages().size(), 1u);
+    EXPECT_TRUE(recorder_.messages()[0].first.contains(SettingsStore::location()));
+    EXPECT_EQ(recorder_.messages()[0].second, MessageIcon::Warning);
 }
 
 TEST_F(ConnectJobTest, RetryRepeatsAFailedConnectButNotARefusedLogin)

@@ -78,9 +78,17 @@ TEST_F(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
         if (result.ok() && c.step == Step::ChangeFolder)
             result = session.connection()->changeFolder("nope");
         else if (result.ok() && c.step == Step::Put)
-            result = putFile(session, localFile, "up.bin", false, 3'000'000, {}, true);
+            result = putFile(session,
+                { .from = localFile,
+                    .to = "up.bin",
+                    .size = 3'000'000,
+                    .honourTransferType = false });
         else if (result.ok() && c.step == Step::Get)
-            result = getFile(session, "down.bin", local.filePath("down.bin"), false, 3'000'000, {});
+            result = getFile(session,
+                { .from = "down.bin",
+                    .to = local.filePath("down.bin"),
+                    .size = 3'000'000,
+                    .honourTransferType = false });
         ASSERT_TRUE(c.codes.contains(result.code))
             << result.code << ": " << result.text().toStdString();
         EXPECT_EQ(result.message(),

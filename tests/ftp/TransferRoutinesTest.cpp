@@ -105,7 +105,8 @@ TEST_F(TransferRoutinesTest, PutAndGetAreByteExactWithBothServers)
             const auto before = TransferCounters::instance().snapshot();
             recorder_.clear();
 
-            const auto put = putFile(*session, source, target.remote(name), true, c.size, {}, true);
+            const auto put
+                = putFile(*session, { .from = source, .to = target.remote(name), .size = c.size });
             ASSERT_TRUE(put.ok()) << put.text().toStdString();
             EXPECT_TRUE(
                 waitUntil([&] { return QFileInfo(target.stored(name)).size() == c.size; }, 5s));
@@ -118,7 +119,8 @@ TEST_F(TransferRoutinesTest, PutAndGetAreByteExactWithBothServers)
             }
 
             const auto back = local_.filePath("back_" + name);
-            const auto get = getFile(*session, target.remote(name), back, true, c.size, {});
+            const auto get
+                = getFile(*session, { .from = target.remote(name), .to = back, .size = c.size });
             ASSERT_TRUE(get.ok()) << get.text().toStdString();
             EXPECT_TRUE(sameBytes(source, back));
             // The tray changes once per file and direction, never per block.
@@ -167,8 +169,11 @@ TEST_F(TransferRoutinesTest, TextModeSendsCrlfAndBringsBackLocalLineEnds)
             SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
             const auto source = local_.filePath(c.name);
             writeFile(source, c.local);
-            const auto put
-                = putFile(*session, source, target.remote(c.name), false, c.local.size(), {}, true);
+            const auto put = putFile(*session,
+                { .from = source,
+                    .to = target.remote(c.name),
+                    .size = c.local.size(),
+                    .honourTransferType = false });
             ASSERT_TRUE(put.ok()) << put.text().toStdString();
 
             auto crlf = c.local;
@@ -181,14 +186,16 @@ TEST_F(TransferRoutinesTest, TextModeSendsCrlfAndBringsBackLocalLineEnds)
                 waitUntil([&] { return contents(target.stored(c.name)) == expectedStored; }, 5s));
 
             const auto back = local_.filePath(QStringLiteral("back_") + c.name);
-            const auto get = getFile(*session, target.remote(c.name), back, false, 0, {});
+            const auto get = getFile(*session,
+                { .from = target.remote(c.name), .to = back, .honourTransferType = false });
             ASSERT_TRUE(get.ok()) << get.text().toStdString();
             EXPECT_EQ(contents(back), lf);
         }
         // The TransferType option wins over the extension when honoured: bytes as they are.
         SettingsStore::set(settings::ftp::kTransferType, "BINARY");
         const auto source = local_.filePath("small.txt");
-        ASSERT_TRUE(putFile(*session, source, target.remote("raw.txt"), true, 15, {}, true).ok());
+        ASSERT_TRUE(
+            putFile(*session, { .from = source, .to = target.remote("raw.txt"), .size = 15 }).ok());
         EXPECT_TRUE(waitUntil(
             [&] { return contents(target.stored("raw.txt")) == "one\ntwo\r\nthree\n"; }, 5s));
         SettingsStore::set(settings::ftp::kTransferType, "NotFound");
@@ -210,10 +217,20 @@ TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
         const auto source = local_.filePath("put.bin");
         ASSERT_TRUE(makeFile(source, 5000, 3));
         recorder_.clear();
-        ASSERT_TRUE(putFile(*session, source, "put.bin", false, 5000, {}, c.keepSource).ok());
+        ASSERT_TRUE(putFile(
+            *session, { .from = source, .to = "put.bin", .size = 5000, .keepSource = c.keepSource })
+                        .ok());
         EXPECT_EQ(QFile::exists(source), c.localStays);
         EXPECT_TRUE(recorder_.events().empty()); // deleting the local file is not logged
     }
+    // A source that nobody may delete: the file arrived, and the failed delete is logged.
+    SettingsStore::set(settings::config::kDeletePut, "YES");
+    recorder_.clear();
+    const QString kept = QStringLiteral("/proc/self/comm");
+    ASSERT_TRUE(putFile(*session, { .from = kept, .to = "comm", .keepSource = false }).ok());
+    EXPECT_EQ(recorder_.logIds(), std::vector<int> { ids::kLogDeletionFailed });
+    EXPECT_EQ(recorder_.events().at(0).field1, kept);
+    EXPECT_TRUE(recorder_.events().at(0).detail.contains(kept));
 
     struct GetCase {
         const char* deleteGet;
@@ -232,7 +249,9 @@ TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
         ASSERT_TRUE(makeFile(pyftpd_->home() + "/get.bin", 5000, 4));
         pyftpd_->setFaults({ .refuse = c.refuse ? QStringList { "DELE" } : QStringList() });
         recorder_.clear();
-        ASSERT_TRUE(getFile(*session, "get.bin", local_.filePath("get.bin"), false, 5000, {}).ok());
+        ASSERT_TRUE(
+            getFile(*session, { .from = "get.bin", .to = local_.filePath("get.bin"), .size = 5000 })
+                .ok());
         EXPECT_EQ(recorder_.logIds(), c.logged);
         if (!c.logged.empty()) {
             EXPECT_EQ(recorder_.events()[0].field1, "get.bin");
@@ -248,7 +267,7 @@ TEST_F(TransferRoutinesTest, CancelBeforeTheRemoteOpenCreatesNothing)
     const auto source = local_.filePath("c.bin");
     ASSERT_TRUE(makeFile(source, 10'000, 5));
     session->requestCancel();
-    const auto result = putFile(*session, source, "c.bin", false, 10'000, {}, true);
+    const auto result = putFile(*session, { .from = source, .to = "c.bin", .size = 10'000 });
     EXPECT_EQ(result.code, ids::kPutCanceled);
     EXPECT_EQ(result.message(), "FTP Put Canceled");
     EXPECT_EQ(pyftpd_->commandCount("STOR"), 0);
@@ -278,7 +297,7 @@ TEST_F(TransferRoutinesTest, CancelDuringAPutLeavesThePartialFile)
         session->requestCancel();
         writer.write(makeBytes(kFirst, 7));
     });
-    const auto result = putFile(*session, pipe, "part.bin", false, 100 * kFirst, {}, true);
+    const auto result = putFile(*session, { .from = pipe, .to = "part.bin", .size = 100 * kFirst });
     feeder.join();
     std::signal(SIGPIPE, oldHandler);
     EXPECT_EQ(result.code, ids::kPutCanceled) << result.text().toStdString();
@@ -298,8 +317,8 @@ TEST_F(TransferRoutinesTest, StopRequestEndsAGet)
         if (waitUntil([&] { return pyftpd_->commandCount("RETR") == 1; }, 10s))
             stop.request_stop();
     });
-    const auto result
-        = getFile(*session, "held.bin", local_.filePath("held.bin"), false, 10'000, {});
+    const auto result = getFile(
+        *session, { .from = "held.bin", .to = local_.filePath("held.bin"), .size = 10'000 });
     EXPECT_EQ(result.code, ids::kGetCanceled) << result.text().toStdString();
     EXPECT_FALSE(QFile::exists(local_.filePath("held.bin")));
 }
@@ -324,7 +343,7 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
         { "local file vanished",
             [&] {
                 const auto gone = local_.filePath("gone.bin");
-                return putFile(*session, gone, "gone.bin", false, 10, {}, true);
+                return putFile(*session, { .from = gone, .to = "gone.bin", .size = 10 });
             },
             int(LocalFileError::FileNotFound),
             [&](const FtpResult& result) {
@@ -337,7 +356,7 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
                 EXPECT_TRUE(makeFile(shrunk, 200'000, 10));
                 const auto size = QFileInfo(shrunk).size();
                 EXPECT_TRUE(QFile::resize(shrunk, 50'000));
-                return putFile(*session, shrunk, "shrunk.bin", false, size, {}, true);
+                return putFile(*session, { .from = shrunk, .to = "shrunk.bin", .size = size });
             },
             int(LocalFileError::EndOfFile),
             [&](const FtpResult& result) {
@@ -347,7 +366,8 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
         { "server closes during a get",
             [&] {
                 pyftpd_->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "RETR" } });
-                return getFile(*session, "remote.bin", partial, false, 1'000'000, {});
+                return getFile(
+                    *session, { .from = "remote.bin", .to = partial, .size = 1'000'000 });
             },
             inet::kConnectionTerminated,
             [&](const FtpResult&) {
@@ -364,8 +384,26 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
         pyftpd_->setFaults({});
         const auto next = local_.filePath("next.bin");
         ASSERT_TRUE(makeFile(next, 1000, 11));
-        EXPECT_TRUE(putFile(*session, next, "next.bin", false, 1000, {}, true).ok());
+        EXPECT_TRUE(putFile(*session, { .from = next, .to = "next.bin", .size = 1000 }).ok());
     }
+}
+
+// The server closed the control connection between two files, as at the end of its idle
+// time-out: libcurl would log in again for the next file; it fails at once instead.
+TEST_F(TransferRoutinesTest, AConnectionTheServerClosedIsNotLoggedInAgain)
+{
+    auto session = connect(targets_.front());
+    FtpFaults faults;
+    faults.hangUpAfterUpload = true;
+    pyftpd_->setFaults(faults);
+    const auto source = local_.filePath("one.bin");
+    ASSERT_TRUE(makeFile(source, 1000, 13));
+    ASSERT_TRUE(putFile(*session, { .from = source, .to = "one.bin", .size = 1000 }).ok());
+    ASSERT_TRUE(waitUntil([&] { return pyftpd_->commandCount("HANGUP") == 1; }, 5s));
+
+    const auto next = putFile(*session, { .from = source, .to = "two.bin", .size = 1000 });
+    EXPECT_EQ(next.code, inet::kConnectionTerminated) << next.text().toStdString();
+    EXPECT_EQ(pyftpd_->commandCount("USER"), 1);
 }
 
 // The local disk fills up: a tiny file system mounted for the test (root only), or a file-size
@@ -393,7 +431,8 @@ TEST_F(TransferRoutinesTest, FullDiskOnAGetSaysSoAndNamesThePartialFile)
         limited.rlim_cur = kRoom;
         ASSERT_TRUE(tmpfs || ::setrlimit(RLIMIT_FSIZE, &limited) == 0);
         const auto target = folder + "/big.bin";
-        const auto result = getFile(*session, "big.bin", target, false, 1'000'000, {});
+        const auto result
+            = getFile(*session, { .from = "big.bin", .to = target, .size = 1'000'000 });
         if (tmpfs)
             ::umount2(mountPoint.constData(), MNT_DETACH);
         else

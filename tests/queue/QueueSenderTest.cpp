@@ -1,10 +1,13 @@
-// Sending the queue: which items go in which job, where a resent file lands, and a failed
-// distribution or copy that is queued, counted up and then resent into place.
+// Sending the queue: which items go in which job, where a resent file lands, a failed
+// distribution or copy that is queued, counted up and then resent into place, and a site whose
+// connection is lost after its first file.
 
 #include "queue/QueueSender.h"
 
 #include "DistributionFixture.h"
 #include "distribution/WorkerThreads.h"
+#include "ftp/FtpErrors.h"
+#include "platform/StringTable.h"
 #include "queue/QueueBookkeeping.h"
 #include "queue/QueueResendTimer.h"
 
@@ -179,6 +182,50 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
         else
             EXPECT_EQ(treeOf(servers_[0]->home() + local_.path()), treeOf(local_.path()));
         EXPECT_EQ(sender.sendQueue(), 0); // empty: the caller says 33054
+    }
+}
+
+// Without a second login the site's other files fail at once, with the reason the connection was
+// lost, and go to the queue like any failed file.
+TEST_F(QueueResendTest, ALostConnectionEndsTheSitesOtherFilesWithItsReason)
+{
+    useQuickTimeouts(1);
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    // In active mode a held STOR reply would be waited out as the server not connecting back.
+    SettingsStore::set(settings::ftp::kPassive, "YES");
+    FtpFaults stalled;
+    stalled.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
+    stalled.spareFiles = 1;
+    FtpFaults dropped;
+    dropped.drop = { QStringLiteral("STOR") };
+    dropped.spareFiles = 1;
+    const struct {
+        const char* what;
+        int server;
+        FtpFaults faults;
+        int code;
+    } cases[] = {
+        { "the server stops answering", 0, stalled, inet::kTimeout },
+        { "the server drops the connection", 1, dropped, inet::kConnectionTerminated },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        ASSERT_TRUE(QueueStore().clear());
+        servers_[c.server]->setFaults(c.faults);
+        TransferJob::Setup setup;
+        setup.files = fileSet();
+        setup.sites = { site(c.server) };
+        run(setup);
+
+        EXPECT_EQ(count(c.server, "USER"), 1);
+        EXPECT_EQ(count(c.server, "STOR"), 2);
+        const auto queued = QueueStore().loadAll();
+        ASSERT_EQ(queued.size(), setup.files.size() - 1);
+        for (const QueueItem& item : queued) {
+            EXPECT_EQ(item.reason, queued.front().reason);
+            EXPECT_TRUE(item.reason.startsWith(StringTable::errorMessage(c.code)))
+                << item.reason.toStdString();
+        }
     }
 }
 

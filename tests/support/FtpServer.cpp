@@ -39,6 +39,9 @@ QJsonObject toJson(const FtpFaults& faults)
         { "stall", stall },
         { "refuse", QJsonArray::fromStringList(faults.refuse) },
         { "endless_listing", faults.endlessListing },
+        { "drop", QJsonArray::fromStringList(faults.drop) },
+        { "hang_up_after_upload", faults.hangUpAfterUpload },
+        { "spare_files", faults.spareFiles },
     };
     if (faults.closeDataAfter)
         json["close_data_after"] = double(*faults.closeDataAfter);

@@ -39,6 +39,14 @@ struct FtpFaults {
     QStringList refuse {};
     // LIST answers with lines that never end.
     bool endlessListing = false;
+    // Commands on which the server closes the control connection without a reply.
+    QStringList drop {};
+    // After an upload the server closes the control connection, as one whose idle time-out runs
+    // out before the next file; once it is closed the command log shows "HANGUP".
+    bool hangUpAfterUpload = false;
+    // The faults above, but for refuseLogin, wait until the server has received so many file
+    // transfers (RETR, STOR, APPE, STOU): a server that goes wrong after the first files.
+    int spareFiles = 0;
 };
 
 // One command as the server received it (a stalled command is logged when it arrives); the

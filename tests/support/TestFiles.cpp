@@ -77,7 +77,8 @@ void writeFile(const QString& path, const QByteArray& bytes)
 QByteArray contents(const QString& path)
 {
     QFile file(path);
-    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                      : QByteArray();
 }
 
 ::testing::AssertionResult sameBytes(const QString& a, const QString& b)

@@ -9,8 +9,8 @@ a server behind) or it receives SIGTERM.
 CONFIG.json: {"user": {"name": ..., "password": ..., "home": ...}, "faults_file": ...}
 The faults file is read again at every command; its keys (all optional) are
 refuse_login, close_data_after, close_data_on, stall ({"RETR": 1.5, "USER": null},
-null holding the reply until the server stops), refuse and endless_listing, as
-FtpFaults in FtpServer.h describes them.
+null holding the reply until the server stops), refuse, drop, hang_up_after_upload,
+spare_files and endless_listing, as FtpFaults in FtpServer.h describes them.
 """
 
 import argparse
@@ -29,6 +29,8 @@ from pyftpdlib.servers import FTPServer
 
 # Commands whose data connection a close_data_after fault can cut.
 TRANSFER_COMMANDS = {"RETR", "STOR", "APPE", "STOU", "LIST", "NLST", "MLSD"}
+# The file transfers that spare_files counts.
+FILE_COMMANDS = {"RETR", "STOR", "APPE", "STOU"}
 HIDDEN_ARGUMENTS = {"PASS"}
 
 
@@ -99,6 +101,7 @@ class FaultyHandler(FTPHandler):
 
     config = {}
     command_log = None
+    files_received = 0  # on every connection of the server
     dtp_handler = FaultyDTPHandler
     active_dtp = HandOverActiveDTP
     auth_failed_timeout = 0  # the default delay turns a refused login into a time-out
@@ -110,7 +113,17 @@ class FaultyHandler(FTPHandler):
         self.number = next(self._numbers)
         self.transfer_command = None
         self._held = None  # commands waiting behind a stalled one, None when not stalled
+        self._hung_up = False
         super().__init__(conn, server, ioloop)
+
+    def on_file_received(self, file):
+        if self.faults.get("hang_up_after_upload"):
+            self._hung_up = True
+            self.close_when_done()
+
+    def on_disconnect(self):
+        if self._hung_up:
+            self.log_command("HANGUP", "")
 
     def data_limit(self):
         """Byte count after which the current transfer's data connection closes."""
@@ -127,7 +140,9 @@ class FaultyHandler(FTPHandler):
 
     def pre_process_command(self, line, cmd, arg):
         self.log_command(cmd, arg)
-        self._receive(line, cmd, arg)
+        self._receive(line, cmd, arg, FaultyHandler.files_received)
+        if cmd in FILE_COMMANDS:
+            FaultyHandler.files_received += 1
 
     def ftp_LIST(self, path):
         if not self.faults.get("endless_listing"):
@@ -137,30 +152,38 @@ class FaultyHandler(FTPHandler):
         self.push_dtp_data(BufferedIteratorProducer(lines), isproducer=True, cmd="LIST")
         return path
 
-    def _receive(self, line, cmd, arg):
+    def _load_faults(self, files_before):
+        """The faults for a command that came after files_before file transfers."""
+        faults = load_faults(self.config)
+        return {} if files_before < faults.get("spare_files", 0) else faults
+
+    def _receive(self, line, cmd, arg, files_before):
         if self._held is not None:
-            self._held.append((line, cmd, arg))
+            self._held.append((line, cmd, arg, files_before))
             return
-        self.faults = load_faults(self.config)
+        self.faults = self._load_faults(files_before)
         stall = self.faults.get("stall", {})
         if cmd not in stall:
             self._dispatch(line, cmd, arg)
             return
         self._held = []
         if stall[cmd] is not None:
-            self.ioloop.call_later(stall[cmd], self._resume, line, cmd, arg,
+            self.ioloop.call_later(stall[cmd], self._resume, line, cmd, arg, files_before,
                                    _errback=self.handle_error)
 
-    def _resume(self, line, cmd, arg):
+    def _resume(self, line, cmd, arg, files_before):
         held, self._held = self._held, None
         if self._closed:
             return
-        self.faults = load_faults(self.config)
+        self.faults = self._load_faults(files_before)
         self._dispatch(line, cmd, arg)
         for item in held:
             self._receive(*item)
 
     def _dispatch(self, line, cmd, arg):
+        if cmd in self.faults.get("drop", []):
+            self.close()
+            return
         if cmd in self.faults.get("refuse", []):
             self.respond("550 %s refused by the test server." % cmd)
             return
