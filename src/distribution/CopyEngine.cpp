@@ -21,8 +21,7 @@ int runCopyEngine(CTransferSession& source, CTransferSession& target, const JobS
         const auto sourcePath = RemotePlacement::remotePath(entry.localFolder, entry.localName);
         to.send(
             entry, sourcePath, entry.remoteName, sourceSite.server, [&](const QString& targetPath) {
-                return copyFile(
-                    source, target, sourcePath, targetPath, true, entry.size, run.jobStart());
+                return copyFile(source, target, sourcePath, targetPath, entry.size, run.jobStart());
             });
     }
     run.finish();

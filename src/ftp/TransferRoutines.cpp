@@ -128,14 +128,15 @@ FtpResult getFile(CTransferSession& session, const QString& remotePath, const QS
 }
 
 FtpResult copyFile(CTransferSession& source, CTransferSession& target, const QString& sourcePath,
-    const QString& targetPath, bool honourTransferType, qint64 fileSize, JobStart jobStart)
+    const QString& targetPath, qint64 fileSize, JobStart jobStart)
 {
     if (!source.isConnected() || !target.isConnected())
         return notConnected();
     source.loadBufferSizes();
     const qint64 readBuffer = source.readBufferSize();
     const qint64 writeBuffer = source.writeBufferSize();
-    const auto type = transferTypeFor(sourcePath, honourTransferType);
+    // The TransferType option is for gets and puts: a copy goes by the extension.
+    const auto type = transferTypeFor(sourcePath, false);
     CopyPipe pipe(kPipeCapacity, pipeWait(source, target), source.stopToken());
 
     // The upload runs on its own thread, from the first bytes of the source on.

@@ -129,7 +129,7 @@ FtpResult ScriptTransfers::sendOne(ScriptConnection& from, ScriptConnection& to,
     }
     if (isLocal(to))
         return getFile(*from.session, path, localPathOf(localFolder, name), true, 0, start_);
-    return copyFile(*from.session, *to.session, path, name, true, 0, start_);
+    return copyFile(*from.session, *to.session, path, name, 0, start_);
 }
 
 FtpResult ScriptTransfers::sources(const ScriptConnection& from, const QString& what,

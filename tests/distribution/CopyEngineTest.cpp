@@ -127,7 +127,7 @@ TEST_F(CopyEngineTest, CopyFileIsByteExactThroughTheBoundedBuffer)
         const auto name = QStringLiteral("c%1.bin").arg(c.size);
         ASSERT_TRUE(makeFile(home() + u'/' + name, c.size, quint64(c.size)));
         const auto before = TransferCounters::instance().snapshot();
-        const auto result = copyFile(*source, *target, name, name, false, c.size, {});
+        const auto result = copyFile(*source, *target, name, name, c.size, {});
         ASSERT_TRUE(result.ok()) << result.text().toStdString();
         const auto stored = to_->home() + u'/' + name;
         EXPECT_TRUE(waitUntil([&] { return QFileInfo(stored).size() == c.size; }, 5s));
@@ -161,6 +161,31 @@ TEST_F(CopyEngineTest, CopiesBetweenTwoSessionsOfOneServer)
     const auto pub = u'/' + Vsftpd::uploadFolder();
     expectCopied(siteOf(server), server.root(), pub, siteOf(server), server.root(), pub,
         settings::config::kDirTreeFullPath);
+}
+
+// The TransferType option (the Transfer Mode menu) is for gets and puts: a copy goes by the
+// file's extension, at both ends.
+TEST_F(CopyEngineTest, CopiesChooseTheirTypeByTheExtensionOnly)
+{
+    SettingsStore::set(settings::config::kTextExtensions, "txt");
+    ASSERT_TRUE(QDir(to_->home()).mkpath("t"));
+    const struct {
+        const char* option;
+        const char* name;
+        const char* type;
+    } cases[] = {
+        { "TEXT", "data.bin", "I" },
+        { "BINARY", "notes.txt", "A" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        SettingsStore::set(settings::ftp::kTransferType, c.option);
+        std::vector<FileEntry> files = { sourceFile(home(), "/s", c.name, 3000, "/t") };
+        ASSERT_EQ(copy(files), kEngineRan);
+        EXPECT_EQ(files[0].result, FileEntry::kSent) << files[0].message.toStdString();
+        EXPECT_EQ(server_->typeAt("RETR", c.name).toStdString(), c.type);
+        EXPECT_EQ(to_->typeAt("STOR", c.name).toStdString(), c.type);
+    }
 }
 
 TEST_F(CopyEngineTest, EachFileKeepsItsOwnFailureAndOnlyCopiedSourcesAreDeleted)
