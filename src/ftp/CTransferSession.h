@@ -5,6 +5,7 @@
 #include "ftp/FtpResult.h"
 #include "ftp/JobSite.h"
 #include "ftp/PauseGate.h"
+#include "ftp/TransferType.h"
 #include "platform/TrayIndicator.h"
 
 #include <QString>
@@ -78,6 +79,11 @@ public:
     [[nodiscard]] int writeBufferSize() const { return writeBufferSize_; }
     static constexpr int kMaxBuffer = 16 * 1024 * 1024;
 
+    // The type a script's "binary" or "ascii" set for every later file of this session; none
+    // (the default): each file's type is chosen by the transfer routine.
+    void setTransferType(std::optional<TransferType> type) { transferType_ = type; }
+    [[nodiscard]] std::optional<TransferType> transferType() const { return transferType_; }
+
     [[nodiscard]] qint64 batchTotalBytes() const { return batchTotalBytes_; }
     [[nodiscard]] qint64 batchDoneBytes() const { return batchDoneBytes_; }
     void setBatchBytes(qint64 total, qint64 done);
@@ -114,6 +120,7 @@ private:
     std::unique_ptr<FtpConnection> connection_;
     int readBufferSize_ = 4096;
     int writeBufferSize_ = 4096;
+    std::optional<TransferType> transferType_;
     bool progressCountsUp_ = true;
     qint64 batchTotalBytes_ = 0;
     qint64 batchDoneBytes_ = 0;

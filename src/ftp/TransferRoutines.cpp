@@ -55,6 +55,14 @@ void removeSourceAfterTransfer(CTransferSession& session, const QString& remoteP
     session.services().log.write(event);
 }
 
+// A type set on the session (a script's "binary" or "ascii") wins over the routine's own choice.
+TransferType typeFor(const CTransferSession& session, const QString& name, bool honourTransferType)
+{
+    if (const auto set = session.transferType())
+        return *set;
+    return transferTypeFor(name, honourTransferType);
+}
+
 std::chrono::milliseconds pipeWait(const CTransferSession& source, const CTransferSession& target)
 {
     const auto stall = std::max(source.options().receiveStall, target.options().sendStall);
@@ -71,7 +79,7 @@ FtpResult putFile(CTransferSession& session, const QString& localPath, const QSt
     if (!session.isConnected())
         return notConnected();
     session.loadBufferSizes();
-    const auto type = transferTypeFor(localPath, honourTransferType);
+    const auto type = typeFor(session, localPath, honourTransferType);
     QFile file(localPath);
     // Unbuffered: the pump reads straight into libcurl's buffer.
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
@@ -106,7 +114,7 @@ FtpResult getFile(CTransferSession& session, const QString& remotePath, const QS
     if (!session.isConnected())
         return notConnected();
     session.loadBufferSizes();
-    const auto type = transferTypeFor(remotePath, honourTransferType);
+    const auto type = typeFor(session, remotePath, honourTransferType);
     RoundProgress progress(session, fileSize, jobStart, RoundProgress::Total::Transfer);
     progress.start();
     GetPump pump(session, localPath, type, progress);
@@ -135,8 +143,9 @@ FtpResult copyFile(CTransferSession& source, CTransferSession& target, const QSt
     source.loadBufferSizes();
     const qint64 readBuffer = source.readBufferSize();
     const qint64 writeBuffer = source.writeBufferSize();
-    // The TransferType option is for gets and puts: a copy goes by the extension.
-    const auto type = transferTypeFor(sourcePath, false);
+    // The TransferType option is for gets and puts: a copy goes by the extension, unless a type
+    // was set on one of its sessions (the source's first).
+    const auto type = source.transferType().value_or(typeFor(target, sourcePath, false));
     CopyPipe pipe(kPipeCapacity, pipeWait(source, target), source.stopToken());
 
     // The upload runs on its own thread, from the first bytes of the source on.
