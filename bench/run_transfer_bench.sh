@@ -5,12 +5,13 @@
 #   bench/run_transfer_bench.sh [BUILD_DIR] [RUNS]
 #
 # Needs root (vsftpd chroots its sessions), vsftpd, curl, lftp and GNU time; BUILD_DIR (default
-# "build") must hold the built zelto_bench_transfer. All transfers are passive (the default of
-# curl and lftp). Wall times include process start and login, for every tool alike.
+# "build") must hold the built zelto_bench_transfer. Every tool runs in passive mode (the default
+# of curl and lftp) and in active mode (Zelto's default; curl -P -, lftp with passive mode off).
+# Wall times include process start and login, for every tool alike.
 #
-# The 1 GiB files and the server's folder live in memory (BENCH_TMP, default /dev/shm), so that
-# the disk writing back earlier runs does not decide the times; the local ends of the file past
-# 4 GiB are on disk.
+# The 1 GiB files, the server's folder and the temporary settings of the bench program live in
+# memory (BENCH_TMP, default /dev/shm), so that the disk writing back earlier runs does not decide
+# the times; the local ends of the file past 4 GiB are on disk.
 set -euo pipefail
 
 BUILD=${1:-build}
@@ -44,61 +45,86 @@ run() {
   awk '{printf "%s %s %.2f\n", $1, $2, $3 + $4}' "$WORK/time.out" >> "$WORK/$name"
 }
 
-OURS4K=("$BENCH" --port "$PORT" --read-buffer 4096 --write-buffer 4096)
-OURS64K=("$BENCH" --port "$PORT" --read-buffer 65536 --write-buffer 65536)
-LFTP="set ftp:passive-mode on; set xfer:clobber on; open -u anonymous,bench $URL"
+# The bench program keeps its settings in a temporary folder: in memory too, so that their synced
+# writes at its start wait for no disk (the real program writes no settings to move a file).
+OURS=(env TMPDIR="$MEM" "$BENCH" --port "$PORT")
+LFTP="set xfer:clobber on; open -u anonymous,bench $URL"
 
+# put_with TOOL MODE, get_with TOOL MODE: one timed transfer in passive or active mode.
 put_with() {
+  local active=() curlPort=() lftpPassive=on
+  [ "$2" = active ] && active=(--active) curlPort=(-P -) lftpPassive=off
   case $1 in
-    ours4k) run put_ours4k "${OURS4K[@]}" --put "$WORK/source.bin" pub/ours4k.bin ;;
-    ours64k) run put_ours64k "${OURS64K[@]}" --put "$WORK/source.bin" pub/ours64k.bin ;;
-    curl) run put_curl curl -sS -T "$WORK/source.bin" "$URL/pub/curl.bin" ;;
-    lftp) run put_lftp lftp -c "$LFTP; put $WORK/source.bin -o pub/lftp.bin" ;;
+    ours4k) run "put_ours4k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 4096 \
+      --write-buffer 4096 --put "$WORK/source.bin" "pub/ours4k_$2.bin" ;;
+    ours64k) run "put_ours64k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 65536 \
+      --write-buffer 65536 --put "$WORK/source.bin" "pub/ours64k_$2.bin" ;;
+    curl) run "put_curl_$2" curl -sS "${curlPort[@]}" -T "$WORK/source.bin" "$URL/pub/curl_$2.bin" ;;
+    lftp) run "put_lftp_$2" lftp -c "set ftp:passive-mode $lftpPassive; $LFTP;
+      put $WORK/source.bin -o pub/lftp_$2.bin" ;;
   esac
 }
 get_with() {
+  local active=() curlPort=() lftpPassive=on
+  [ "$2" = active ] && active=(--active) curlPort=(-P -) lftpPassive=off
   case $1 in
-    ours4k) run get_ours4k "${OURS4K[@]}" --get "$WORK/got.bin" pub/ours4k.bin ;;
-    ours64k) run get_ours64k "${OURS64K[@]}" --get "$WORK/got.bin" pub/ours64k.bin ;;
-    curl) run get_curl curl -sS -o "$WORK/got.bin" "$URL/pub/curl.bin" ;;
-    lftp) run get_lftp lftp -c "$LFTP; get pub/lftp.bin -o $WORK/got.bin" ;;
+    ours4k) run "get_ours4k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 4096 \
+      --write-buffer 4096 --get "$WORK/got.bin" "pub/ours4k_$2.bin" ;;
+    ours64k) run "get_ours64k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 65536 \
+      --write-buffer 65536 --get "$WORK/got.bin" "pub/ours64k_$2.bin" ;;
+    curl) run "get_curl_$2" curl -sS "${curlPort[@]}" -o "$WORK/got.bin" "$URL/pub/curl_$2.bin" ;;
+    lftp) run "get_lftp_$2" lftp -c "set ftp:passive-mode $lftpPassive; $LFTP;
+      get pub/lftp_$2.bin -o $WORK/got.bin" ;;
   esac
 }
 TOOLS=(ours4k ours64k curl lftp)
+MODES=(passive active)
 for i in $(seq "$RUNS"); do
   echo "run $i of $RUNS"
-  # Each tool in turn, starting with another one each run: the first transfer after the uploads
-  # meets the disk still writing them back, and that must not always be the same tool's.
-  for k in 0 1 2 3; do put_with "${TOOLS[$(((i + k) % 4))]}"; done
-  for k in 0 1 2 3; do get_with "${TOOLS[$(((i + k) % 4))]}"; done
+  # Each tool in turn, starting with another one each run and taking the modes in turn, so that
+  # neither the first transfer after the uploads nor a drift of the machine's load always meets
+  # the same tool or mode.
+  for dir in put get; do
+    for k in 0 1 2 3 4 5 6 7; do
+      # Turns k and k + 4 are the same tool, once in each mode.
+      tool=${TOOLS[$(((i + k) % 4))]} mode=${MODES[$(((i + k + k / 4) % 2))]}
+      "${dir}_with" "$tool" "$mode"
+    done
+  done
 done
-cmp "$WORK/source.bin" "$ROOT/pub/ours4k.bin"
-"${OURS4K[@]}" --get "$WORK/got.bin" pub/ours4k.bin > /dev/null
-cmp "$WORK/source.bin" "$WORK/got.bin"
+for mode in "${MODES[@]}"; do
+  cmp "$WORK/source.bin" "$ROOT/pub/ours4k_$mode.bin"
+  "${OURS[@]}" --get "$WORK/got.bin" "pub/ours4k_$mode.bin" > /dev/null
+  cmp "$WORK/source.bin" "$WORK/got.bin"
+done
 
 peak() { awk '{print $2}' "$WORK/$1" | sort -n | tail -1; }
 
-echo
-echo "1 GiB, medians of $RUNS runs: wall time and client CPU time (s), peak RSS (MiB)"
-printf "%-4s %-18s %7s %7s %7s\n" "" "" "wall" "CPU" "RSS"
-for dir in put get; do
-  for tool in ours4k ours64k curl lftp; do
-    case $tool in
-      ours4k) label="Zelto 4096/4096" ;; ours64k) label="Zelto 65536/65536" ;;
-      curl) label="curl" ;; lftp) label="lftp" ;;
-    esac
-    printf "%-4s %-18s %7s %7s %7s\n" "$dir" "$label" "$(median ${dir}_$tool 1)" \
-      "$(median ${dir}_$tool 3)" "$(awk -v k="$(peak ${dir}_$tool)" 'BEGIN {printf "%.1f", k / 1024}')"
+for mode in "${MODES[@]}"; do
+  echo
+  echo "1 GiB, $mode mode, medians of $RUNS runs: wall time and client CPU time (s), peak RSS (MiB)"
+  printf "%-4s %-18s %7s %7s %7s\n" "" "" "wall" "CPU" "RSS"
+  for dir in put get; do
+    for tool in ours4k ours64k curl lftp; do
+      case $tool in
+        ours4k) label="Zelto 4096/4096" ;; ours64k) label="Zelto 65536/65536" ;;
+        curl) label="curl" ;; lftp) label="lftp" ;;
+      esac
+      name=${dir}_${tool}_$mode
+      printf "%-4s %-18s %7s %7s %7s\n" "$dir" "$label" "$(median "$name" 1)" \
+        "$(median "$name" 3)" "$(awk -v k="$(peak "$name")" 'BEGIN {printf "%.1f", k / 1024}')"
+    done
   done
-done
-echo
-echo "ratios of medians, wall (CPU)"
-for dir in put get; do
-  for tool in ours4k ours64k; do
-    echo "$dir $tool: ours/curl $(ratio "$(median ${dir}_$tool 1)" "$(median ${dir}_curl 1)")" \
-      "($(ratio "$(median ${dir}_$tool 3)" "$(median ${dir}_curl 3)")), ours/lftp" \
-      "$(ratio "$(median ${dir}_$tool 1)" "$(median ${dir}_lftp 1)")" \
-      "($(ratio "$(median ${dir}_$tool 3)" "$(median ${dir}_lftp 3)"))"
+  echo
+  echo "$mode mode, ratios of medians, wall (CPU)"
+  for dir in put get; do
+    for tool in ours4k ours64k; do
+      ours=${dir}_${tool}_$mode curl=${dir}_curl_$mode lftp=${dir}_lftp_$mode
+      echo "$dir $tool: ours/curl $(ratio "$(median "$ours" 1)" "$(median "$curl" 1)")" \
+        "($(ratio "$(median "$ours" 3)" "$(median "$curl" 3)")), ours/lftp" \
+        "$(ratio "$(median "$ours" 1)" "$(median "$lftp" 1)")" \
+        "($(ratio "$(median "$ours" 3)" "$(median "$lftp" 3)"))"
+    done
   done
 done
 rm -f "$ROOT"/pub/*.bin "$WORK/got.bin" "$WORK/source.bin"
@@ -109,6 +135,7 @@ echo
 echo "a file of $BIG bytes, put and get once"
 truncate -s "$BIG" "$DISK/big.bin"
 printf 'tail!' | dd of="$DISK/big.bin" bs=1 seek=$((BIG - 5)) conv=notrunc status=none
+OURS64K=("${OURS[@]}" --read-buffer 65536 --write-buffer 65536)
 "${OURS64K[@]}" --put "$DISK/big.bin" pub/big.bin
 [ "$(stat -c %s "$ROOT/pub/big.bin")" = "$BIG" ] || { echo "remote size wrong" >&2; exit 1; }
 rm -f "$DISK/big.bin"

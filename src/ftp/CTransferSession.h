@@ -6,6 +6,7 @@
 #include "ftp/JobSite.h"
 #include "ftp/PauseGate.h"
 #include "ftp/SessionReporter.h"
+#include "ftp/TransferType.h"
 
 #include <QString>
 
@@ -66,6 +67,11 @@ public:
     [[nodiscard]] int writeBufferSize() const { return writeBufferSize_; }
     static constexpr int kMaxBuffer = 16 * 1024 * 1024;
 
+    // The type a script's "binary" or "ascii" set for every later file of this session; none
+    // (the default): each file's type is chosen by the transfer routine.
+    void setTransferType(std::optional<TransferType> type) { transferType_ = type; }
+    [[nodiscard]] std::optional<TransferType> transferType() const { return transferType_; }
+
     // The user's cancel of the put under way (checked between rounds); any thread.
     void requestCancel() { cancelRequested_.store(true, std::memory_order_relaxed); }
     // Asked by the worker between rounds, so it is also where a paused worker waits.
@@ -92,6 +98,7 @@ private:
     std::unique_ptr<FtpConnection> connection_;
     int readBufferSize_ = 4096;
     int writeBufferSize_ = 4096;
+    std::optional<TransferType> transferType_;
     std::atomic<bool> cancelRequested_ { false };
     PauseGate* pauseGate_ = nullptr;
 };

@@ -61,6 +61,14 @@ void removeLocalSource(CTransferSession& session, const QString& localPath)
             FtpResult::fileFailure(source, errno));
 }
 
+// A type set on the session (a script's "binary" or "ascii") wins over the routine's own choice.
+TransferType typeFor(const CTransferSession& session, const QString& name, bool honourTransferType)
+{
+    if (const auto set = session.transferType())
+        return *set;
+    return transferTypeFor(name, honourTransferType);
+}
+
 std::chrono::milliseconds pipeWait(const CTransferSession& source, const CTransferSession& target)
 {
     const auto stall = std::max(source.options().receiveStall, target.options().sendStall);
@@ -76,7 +84,7 @@ FtpResult putFile(CTransferSession& session, const TransferRequest& request)
     if (!session.isConnected())
         return notConnected();
     session.loadBufferSizes();
-    const auto type = transferTypeFor(request.from, request.honourTransferType);
+    const auto type = typeFor(session, request.from, request.honourTransferType);
     QFile file(request.from);
     // Unbuffered: the pump reads straight into libcurl's buffer.
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
@@ -111,7 +119,7 @@ FtpResult getFile(CTransferSession& session, const TransferRequest& request)
     if (!session.isConnected())
         return notConnected();
     session.loadBufferSizes();
-    const auto type = transferTypeFor(request.from, request.honourTransferType);
+    const auto type = typeFor(session, request.from, request.honourTransferType);
     RoundProgress progress(
         session.reporter(), request.size, request.jobStart, RoundProgress::Total::Transfer);
     progress.start();
@@ -141,7 +149,9 @@ FtpResult copyFile(
     source.loadBufferSizes();
     const qint64 readBuffer = source.readBufferSize();
     const qint64 writeBuffer = source.writeBufferSize();
-    const auto type = transferTypeFor(request.from, request.honourTransferType);
+    // The TransferType option is for gets and puts: a copy goes by the extension, unless a type
+    // was set on one of its sessions (the source's first).
+    const auto type = source.transferType().value_or(typeFor(target, request.from, false));
     CopyPipe pipe(kPipeCapacity, pipeWait(source, target), source.stopToken());
 
     // The upload runs on its own thread, from the first bytes of the source on.

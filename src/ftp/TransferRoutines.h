@@ -29,11 +29,11 @@ struct TransferRequest {
 };
 
 // The routines that move one file over connected sessions. Each reads ReadBuffer and WriteBuffer
-// at its start, picks text or binary by the file's name (see TransferRequest), publishes its
-// progress every round and returns success when the whole file moved. They log only the delete of
-// a source after DeleteGet, and a failed delete after DeletePut; the outcome of the file is for
-// the caller to log and sound. Remote names are full paths or relative to the connection's
-// current folder.
+// at its start, picks text or binary (a type set on the session first; then for a put or a get
+// with `honourTransferType` the TransferType option; then the file's name), publishes its progress
+// every round and returns success when the whole file moved. They log only the delete of a source
+// after DeleteGet, and a failed delete after DeletePut; the outcome of the file is for the caller
+// to log and sound. Remote names are full paths or relative to the connection's current folder.
 //
 // Text mode is TYPE A with CRLF line ends on the wire: a put turns local LF into CRLF, a get turns
 // CRLF back into LF, and a copy passes the wire form through unchanged. libcurl converts nothing
@@ -53,8 +53,10 @@ struct TransferRequest {
 // Remote file on `source` to a remote file on `target`, streamed through a bounded buffer from a
 // download on this thread to an upload on another; no local file. The target is opened when the
 // first bytes arrived (or once an empty source was read whole), so a source that cannot be read
-// leaves no target behind. The time goes to the copy-time total. After success DeleteGet "YES"
-// deletes the source, logged as 32869 or 32870.
+// leaves no target behind. The TransferType option and the request's `honourTransferType` do not
+// apply: the type is the one set on the source or else the target session, or else the
+// extension's. The time goes to the copy-time total. After success DeleteGet "YES" deletes the
+// source, logged as 32869 or 32870.
 [[nodiscard]] FtpResult copyFile(
     CTransferSession& source, CTransferSession& target, const TransferRequest& request);
 

@@ -275,12 +275,14 @@ void ScriptInterpreter::rename(const ScriptLine& line)
 
 void ScriptInterpreter::setType(const ScriptLine& line)
 {
-    // The transfer routines choose each file's type themselves; the step says what was asked.
     ScriptConnection* connection = opened(line.word(1), 0, {});
     if (!connection)
         return;
+    // For the later files of this connection only, whatever their extension.
+    const bool binary = line.verb == ScriptVerb::Binary;
+    connection->session->setTransferType(binary ? TransferType::Binary : TransferType::Text);
     report_.succeeded(ScriptReport::subject(connection->name),
-        line.verb == ScriptVerb::Binary ? ids::kBinaryMode : ids::kAsciiMode);
+        binary ? ids::kBinaryMode : ids::kAsciiMode, {}, ScriptReport::fields(connection->host));
 }
 
 void ScriptInterpreter::transfer(const ScriptLine& line)

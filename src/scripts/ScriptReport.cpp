@@ -18,11 +18,6 @@ QString followedByLine(int textId, const QString& line)
     return text + line;
 }
 
-bool isLogEvent(int id)
-{
-    return id >= ids::kLogFtpConnectionOk && id <= ids::kLogSessionEnded;
-}
-
 } // namespace
 
 ScriptReport::ScriptReport(ScriptProgressSink& sink, LogSink& log) : sink_(sink), log_(log)
@@ -97,7 +92,7 @@ QString ScriptReport::stepLine(const QString& subject, int eventId, const QStrin
 
 void ScriptReport::write(int eventId, LogEvent record, const QString& detail)
 {
-    if (!isLogEvent(eventId))
+    if (eventId == 0)
         return;
     record.messageId = eventId;
     record.detail = detail;

@@ -32,8 +32,7 @@ public:
     [[nodiscard]] static LogEvent fields(
         const QString& field1, const QString& field2 = {}, const QString& field3 = {});
 
-    // `record` carries the caller's three log fields; its id and detail are set here. Only
-    // event ids of the log's table are logged: the texts of "binary" and "ascii" are not events.
+    // `record` carries the caller's three log fields; its id and detail are set here.
     void succeeded(const QString& subject, int eventId, const QString& object = {},
         LogEvent record = {}, Log log = Log::Write);
     // `eventId` 0: the failure has no event of its own, the line is the reason alone.

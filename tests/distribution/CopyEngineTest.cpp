@@ -167,6 +167,31 @@ TEST_F(CopyEngineTest, CopiesBetweenTwoSessionsOfOneServer)
         settings::config::kDirTreeFullPath);
 }
 
+// The TransferType option (the Transfer Mode menu) is for gets and puts: a copy goes by the
+// file's extension, at both ends.
+TEST_F(CopyEngineTest, CopiesChooseTheirTypeByTheExtensionOnly)
+{
+    SettingsStore::set(settings::config::kTextExtensions, "txt");
+    ASSERT_TRUE(QDir(to_->home()).mkpath("t"));
+    const struct {
+        const char* option;
+        const char* name;
+        const char* type;
+    } cases[] = {
+        { "TEXT", "data.bin", "I" },
+        { "BINARY", "notes.txt", "A" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        SettingsStore::set(settings::ftp::kTransferType, c.option);
+        std::vector<FileEntry> files = { sourceFile(home(), "/s", c.name, 3000, "/t") };
+        ASSERT_TRUE(copy(files).ok());
+        EXPECT_EQ(files[0].result, FileEntry::kSent) << files[0].message.toStdString();
+        EXPECT_EQ(server_->typeAt("RETR", c.name).toStdString(), c.type);
+        EXPECT_EQ(to_->typeAt("STOR", c.name).toStdString(), c.type);
+    }
+}
+
 TEST_F(CopyEngineTest, EachFileKeepsItsOwnFailureAndOnlyCopiedSourcesAreDeleted)
 {
     SettingsStore::set(settings::config::kDeleteGet, QString::fromLatin1(settings::kYes));

@@ -79,10 +79,9 @@ TEST_F(ScriptRunTest, EveryCommandReportsAndLogsItsOutcome)
                 .fail(kLocal, ids::kLogChangeDirectoryFailed, "nowhere",
                     "The local file was not found*"),
             [&] { EXPECT_TRUE(sameBytes(home + "/in.txt", local("sub/in.txt"))); } },
-        // Modes are no log events.
-        { "mkdir, remove, rmdir and the modes",
+        { "mkdir, remove and rmdir",
             { "mkdir a new", "mkdir a sub", "mkdir a x/y/z", "remove a old.txt", "remove a old.txt",
-                "rmdir a sub", "rmdir a sub", "binary a", "ascii a" },
+                "rmdir a sub", "rmdir a sub" },
             Expected()
                 .ok(kA, ids::kLogMakeDirectoryOk, "new")
                 .fail(kA, ids::kLogMakeDirectoryFailed, "sub", text(ids::kDirectoryExists) + "*")
@@ -91,9 +90,8 @@ TEST_F(ScriptRunTest, EveryCommandReportsAndLogsItsOutcome)
                 .ok(kA, ids::kLogDeletionOk, "old.txt")
                 .fail(kA, ids::kLogDeletionFailed, "old.txt", text(ids::kNoSuchFile) + "*")
                 .ok(kA, ids::kLogDeletionOk, "sub")
-                .fail(kA, ids::kLogDeletionFailed, "sub", text(ids::kNoPathToRemoveDirectory) + "*")
-                .ok(kA, ids::kBinaryMode)
-                .ok(kA, ids::kAsciiMode),
+                .fail(
+                    kA, ids::kLogDeletionFailed, "sub", text(ids::kNoPathToRemoveDirectory) + "*"),
             [&] { EXPECT_TRUE(QFileInfo(home + "/new").isDir()); } },
         { "rename",
             { "rename a old.txt fresh.txt", "rename a *.txt new.txt", "rename a ghost.txt x.txt",
@@ -192,6 +190,46 @@ TEST_F(ScriptRunTest, BinaryFileIsReportedAndTheRunGoesOn)
         EXPECT_LE(line.size(), ScriptReader::kMaxLineBytes + 100);
         EXPECT_FALSE(line.contains(QChar(0)));
     }
+}
+
+// "ascii" and "binary" hold for the later files of their own connection, over the file's
+// extension and the TransferType option alike.
+TEST_F(ScriptRunTest, AsciiAndBinarySetTheTypeOfTheLaterFilesOfTheirConnection)
+{
+    const QByteArray mixed = "one\ntwo\r\nthree\n";
+    for (const char* name : { "text.dat", "raw.dat", "other.dat" })
+        writeFile(local(name), mixed);
+    SettingsStore::set(settings::ftp::kTransferType, "BINARY");
+    SettingsStore::set(settings::config::kTextExtensions, "dat");
+
+    expectRun(
+        run(writeScript({ open("a", *a_), open("b", *b_), "ascii a", "put a text.dat",
+            "put b other.dat", "binary a", "put a raw.dat", "ascii a", "send a b text.dat" })),
+        Expected()
+            .opened(kA)
+            .opened("b: ")
+            .ok(kA, ids::kAsciiMode)
+            .ok(kA, kDone, "text.dat")
+            .ok("b: ", kDone, "other.dat")
+            .ok(kA, ids::kBinaryMode)
+            .ok(kA, kDone, "raw.dat")
+            .ok(kA, ids::kAsciiMode)
+            .ok("a ===> b ", kDone, "text.dat")
+            .closed(kA)
+            .closed("b: "));
+    // A text put sends CRLF line ends, which the fixture server stores as LF; a binary one is
+    // stored as it is.
+    const auto stored = [](const QString& path, const QByteArray& bytes) {
+        return waitUntil([&] { return contents(path) == bytes; }, 5s);
+    };
+    EXPECT_TRUE(stored(a_->home() + "/text.dat", "one\ntwo\nthree\n"));
+    EXPECT_TRUE(stored(a_->home() + "/raw.dat", mixed));
+    EXPECT_TRUE(stored(b_->home() + "/other.dat", mixed)) << "b kept the TransferType option";
+    EXPECT_EQ(a_->typeAt("STOR", "text.dat").toStdString(), "A");
+    EXPECT_EQ(b_->typeAt("STOR", "other.dat").toStdString(), "I");
+    EXPECT_EQ(a_->typeAt("STOR", "raw.dat").toStdString(), "I");
+    EXPECT_EQ(a_->typeAt("RETR", "text.dat").toStdString(), "A") << "the copy's source";
+    EXPECT_EQ(b_->typeAt("STOR", "text.dat").toStdString(), "A") << "the copy's target";
 }
 
 TEST_F(ScriptRunTest, SendCopiesEveryMatchByteExact)

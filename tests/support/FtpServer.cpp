@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -151,6 +152,18 @@ int FtpServer::commandCount(const QString& command) const
     const auto log = commandLog();
     return int(std::count_if(
         log.begin(), log.end(), [&](const LoggedCommand& c) { return c.command == command; }));
+}
+
+QString FtpServer::typeAt(const QString& command, const QString& name) const
+{
+    QHash<int, QString> types; // by connection
+    for (const LoggedCommand& logged : commandLog()) {
+        if (logged.command == QLatin1String("TYPE"))
+            types[logged.connection] = logged.argument;
+        else if (logged.command == command && logged.argument.endsWith(u'/' + name))
+            return types.value(logged.connection);
+    }
+    return QStringLiteral("no %1 of %2").arg(command, name);
 }
 
 QString FtpServer::file(const char* name) const

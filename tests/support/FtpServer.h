@@ -81,6 +81,9 @@ public:
     [[nodiscard]] std::vector<LoggedCommand> commandLog() const;
     // How many times the command was received, e.g. "USER" for the number of logins.
     [[nodiscard]] int commandCount(const QString& command) const;
+    // The transfer type ("A" or "I") in force when the server received `command` for a path that
+    // ends in "/name": the last TYPE of that connection before it; empty when none came.
+    [[nodiscard]] QString typeAt(const QString& command, const QString& name) const;
 
 private:
     [[nodiscard]] QString file(const char* name) const;
