@@ -21,8 +21,8 @@ int LinkCommand::run(const QString& name, Notifier& notifier, SoundPlayer& playe
         name, [](bool allSent) { QCoreApplication::exit(allSent ? kExitOk : kExitFailed); });
     if (running)
         status = QCoreApplication::exec();
-    // Every site has ended by now; this only waits for the threads to leave.
-    services.threads().stopAll(WorkerThreads::kExitWait);
+    // Every site has ended by now; this only joins the threads.
+    services.threads().stopAll();
     return status;
 }
 

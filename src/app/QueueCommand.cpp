@@ -59,8 +59,8 @@ int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
         return kExitOk;
     }
     (void)QCoreApplication::exec();
-    // Every job has ended by now; this only waits for the threads to leave.
-    services.threads().stopAll(WorkerThreads::kExitWait);
+    // Every job has ended by now; this only joins the threads.
+    services.threads().stopAll();
     const int left = store.count();
     printLine(QStringLiteral("Queue: %1 sent, %2 failed, %3 left in the queue.")
                   .arg(lines.sent())
