@@ -39,11 +39,10 @@ void BackgroundWork::runLink(const QString& name)
     link->setJobStarting(linkJobStarting_);
     const LinkDistribution* running = link.get();
     // The end comes from inside the run's own call; the run is dropped after it has returned.
-    const bool started = link->start(name, [this, running](bool) {
+    link->start(name, [this, running](LinkDistribution::End) {
         QTimer::singleShot(0, &context_, [this, running] { linkEnded(running); });
     });
-    if (started)
-        links_.push_back(std::move(link));
+    links_.push_back(std::move(link));
 }
 
 void BackgroundWork::linkEnded(const LinkDistribution* link)

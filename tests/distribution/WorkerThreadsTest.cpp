@@ -1,11 +1,18 @@
-// The program's worker threads: the priority a worker runs at.
+// The program's worker threads: the priority a worker runs at, and slow work whose result comes
+// back to the thread that started it, or is dropped once that thread's context has gone.
 
 #include "distribution/WorkerThreads.h"
+
+#include "distribution/RunOffThread.h"
+
+#include <QCoreApplication>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <optional>
 #include <sys/resource.h>
+#include <thread>
 #include <unistd.h>
 
 namespace zelto::test {
@@ -40,6 +47,43 @@ TEST(WorkerThreadsTest, TransferWorkersAloneRunBelowTheThreadThatStartsThem)
         EXPECT_EQ(seen, own + c.below) << c.what;
         // Per thread, not the whole process.
         EXPECT_EQ(niceOfThisThread(), own) << c.what;
+    }
+}
+
+TEST(WorkerThreadsTest, OffThreadResultsReachTheStartingThreadWhileItsContextLives)
+{
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = { name, nullptr };
+    QCoreApplication app(argc, argv);
+    for (const bool contextKept : { true, false }) {
+        WorkerThreads threads;
+        auto context = std::make_unique<QObject>();
+        std::thread::id workedOn;
+        std::optional<std::thread::id> deliveredOn;
+        int delivered = 0;
+        runOffThread(
+            threads, context.get(),
+            [&] {
+                workedOn = std::this_thread::get_id();
+                return 42;
+            },
+            [&](int result) {
+                deliveredOn = std::this_thread::get_id();
+                delivered = result;
+            });
+        // The result is posted before the worker ends.
+        ASSERT_TRUE(threads.waitAll(5s));
+        if (!contextKept)
+            context.reset();
+        QCoreApplication::processEvents();
+        EXPECT_NE(workedOn, std::this_thread::get_id());
+        if (contextKept) {
+            EXPECT_EQ(deliveredOn, std::this_thread::get_id());
+            EXPECT_EQ(delivered, 42);
+        } else {
+            EXPECT_FALSE(deliveredOn.has_value());
+        }
     }
 }
 
