@@ -50,6 +50,16 @@ void BackgroundWork::linkEnded(const LinkDistribution* link)
     std::erase_if(links_, [link](const auto& kept) { return kept.get() == link; });
 }
 
+bool BackgroundWork::busy() const
+{
+    return services_.threads().running() > 0 || sender_.starting() || !links_.empty();
+}
+
+void BackgroundWork::stopAll()
+{
+    services_.threads().stopAll();
+}
+
 std::shared_ptr<ScriptProgress> BackgroundWork::runScript(const QString& path)
 {
     dropEndedScripts();

@@ -54,6 +54,12 @@ public:
 
     // The links started here that have not ended yet, those still being read too.
     [[nodiscard]] std::size_t runningLinks() const { return links_.size(); }
+    // Transfers or scripts are under way, or a link or a send of the queue is about to start
+    // some: any worker of the program runs.
+    [[nodiscard]] bool busy() const;
+    // Stops every worker of the program and joins it. Each job hands its files to the
+    // bookkeeping on its way out, so those not sent are queued (with ResendFail on).
+    void stopAll();
     // The scripts started here that have not ended yet.
     [[nodiscard]] std::size_t runningScripts();
 
