@@ -587,8 +587,11 @@ TEST(MainFrameTest, QuitWhileATransferRunsAsksAndQueuesTheFilesItStopped)
     TransferJob::Setup setup;
     const FtpUser& user = server.users().front();
     setup.sites = { { FtpServer::host(), user.name, user.password, server.port(), {}, 0 } };
-    setup.files
-        = { { local.path(), QStringLiteral("late.bin"), QStringLiteral("late.bin"), {}, 1000 } };
+    FileEntry& file = setup.files.emplace_back();
+    file.localFolder = local.path();
+    file.localName = QStringLiteral("late.bin");
+    file.remoteName = file.localName;
+    file.size = 1000;
     const auto job = TransferJob::create(std::move(setup), run.services.jobs(),
         run.background.bookkeeping(), run.services.threads());
     CMainFrame& frame = run.shown();
