@@ -14,6 +14,7 @@
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace zelto::test {
 namespace {
@@ -56,33 +57,25 @@ TEST(WorkerThreadsTest, OffThreadResultsReachTheStartingThreadWhileItsContextLiv
     char name[] = "test";
     char* argv[] = { name, nullptr };
     QCoreApplication app(argc, argv);
+    const std::thread::id here = std::this_thread::get_id();
     for (const bool contextKept : { true, false }) {
         WorkerThreads threads;
         auto context = std::make_unique<QObject>();
-        std::thread::id workedOn;
-        std::optional<std::thread::id> deliveredOn;
-        int delivered = 0;
+        std::optional<std::pair<std::thread::id, std::thread::id>> ran; // worked on, delivered on
         runOffThread(
-            threads, context.get(),
-            [&] {
-                workedOn = std::this_thread::get_id();
-                return 42;
-            },
-            [&](int result) {
-                deliveredOn = std::this_thread::get_id();
-                delivered = result;
+            threads, context.get(), [] { return std::this_thread::get_id(); },
+            [&](std::thread::id worker) {
+                ran = { worker, std::this_thread::get_id() };
             });
         // The result is posted before the worker ends.
         ASSERT_TRUE(threads.waitAll(5s));
         if (!contextKept)
             context.reset();
         QCoreApplication::processEvents();
-        EXPECT_NE(workedOn, std::this_thread::get_id());
-        if (contextKept) {
-            EXPECT_EQ(deliveredOn, std::this_thread::get_id());
-            EXPECT_EQ(delivered, 42);
-        } else {
-            EXPECT_FALSE(deliveredOn.has_value());
+        ASSERT_EQ(ran.has_value(), contextKept);
+        if (ran) {
+            EXPECT_NE(ran->first, here);
+            EXPECT_EQ(ran->second, here);
         }
     }
 }
