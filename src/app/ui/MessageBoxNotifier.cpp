@@ -45,7 +45,7 @@ template <typename T> struct BoxCall {
     bool abandoned = false; // UI thread only
 };
 
-template <typename T> struct BoxSpec {
+template <typename T> struct BoxForm {
     // Gives the box its texts and buttons. Called on the UI thread, perhaps after the asking
     // worker has gone: it holds copies.
     std::function<void(QMessageBox&)> build;
@@ -55,30 +55,30 @@ template <typename T> struct BoxSpec {
 
 // Shows the box application-modal over the active window and returns its answer; `shown`
 // points at the box while it is up.
-template <typename T> T showBox(const BoxSpec<T>& spec, QPointer<QMessageBox>* shown = nullptr)
+template <typename T> T showBox(const BoxForm<T>& form, QPointer<QMessageBox>* shown = nullptr)
 {
     QMessageBox box(QApplication::activeWindow());
     box.setWindowModality(Qt::ApplicationModal);
-    spec.build(box);
+    form.build(box);
     if (shown)
         *shown = &box;
     box.exec();
-    return spec.read(box);
+    return form.read(box);
 }
 
 // Shows the box on the UI thread. A worker waits there for the answer until its stop request;
 // then the box is closed and the worker goes on with `stopped`, as if nobody had answered.
-template <typename T> T answerOf(BoxSpec<T> spec, T stopped)
+template <typename T> T answerOf(BoxForm<T> form, T stopped)
 {
     if (QThread::currentThread() == qApp->thread())
-        return showBox(spec);
+        return showBox(form);
     auto call = std::make_shared<BoxCall<T>>();
     QMetaObject::invokeMethod(
         qApp,
-        [call, spec = std::move(spec)] {
+        [call, form = std::move(form)] {
             if (call->abandoned)
                 return;
-            const T answer = showBox(spec, &call->box);
+            const T answer = showBox(form, &call->box);
             {
                 const std::lock_guard lock(call->mutex);
                 call->answer = answer;
@@ -106,8 +106,8 @@ template <typename T> T answerOf(BoxSpec<T> spec, T stopped)
 bool askTwoWay(const QString& caption, const QString& text, QMessageBox::StandardButton yes,
     QMessageBox::StandardButton no)
 {
-    BoxSpec<bool> spec;
-    spec.build = [caption, text, yes, no](QMessageBox& box) {
+    BoxForm<bool> form;
+    form.build = [caption, text, yes, no](QMessageBox& box) {
         box.setIcon(QMessageBox::Question);
         box.setWindowTitle(caption);
         box.setText(text);
@@ -115,17 +115,17 @@ bool askTwoWay(const QString& caption, const QString& text, QMessageBox::Standar
         box.setDefaultButton(yes);
         box.setEscapeButton(no);
     };
-    spec.read
+    form.read
         = [yes](const QMessageBox& box) { return box.standardButton(box.clickedButton()) == yes; };
-    return answerOf(std::move(spec), false);
+    return answerOf(std::move(form), false);
 }
 
 } // namespace
 
 Answer MessageBoxNotifier::ask(const Question& question)
 {
-    BoxSpec<Answer> spec;
-    spec.build = [question](QMessageBox& box) {
+    BoxForm<Answer> form;
+    form.build = [question](QMessageBox& box) {
         box.setIcon(QMessageBox::Question);
         box.setWindowTitle(question.caption);
         box.setText(question.text);
@@ -139,7 +139,7 @@ Answer MessageBoxNotifier::ask(const Question& question)
         box.setDefaultButton(accept);
         box.setEscapeButton(cancel);
     };
-    spec.read = [](const QMessageBox& box) {
+    form.read = [](const QMessageBox& box) {
         switch (box.buttonRole(box.clickedButton())) {
         case QMessageBox::AcceptRole:
             return Answer::Accepted;
@@ -149,7 +149,7 @@ Answer MessageBoxNotifier::ask(const Question& question)
             return Answer::Cancelled;
         }
     };
-    return answerOf(std::move(spec), Answer::Cancelled);
+    return answerOf(std::move(form), Answer::Cancelled);
 }
 
 bool MessageBoxNotifier::askYesNo(const QString& text)
@@ -164,15 +164,15 @@ bool MessageBoxNotifier::askOkCancel(const QString& caption, const QString& text
 
 void MessageBoxNotifier::showMessage(const QString& text, MessageIcon icon)
 {
-    BoxSpec<bool> spec;
-    spec.build = [text, icon](QMessageBox& box) {
+    BoxForm<bool> form;
+    form.build = [text, icon](QMessageBox& box) {
         box.setIcon(boxIcon(icon));
         box.setWindowTitle(QCoreApplication::applicationName());
         box.setText(text);
         box.setStandardButtons(QMessageBox::Ok);
     };
-    spec.read = [](const QMessageBox&) { return true; };
-    (void)answerOf(std::move(spec), false);
+    form.read = [](const QMessageBox&) { return true; };
+    (void)answerOf(std::move(form), false);
 }
 
 } // namespace zelto
