@@ -248,7 +248,7 @@ int sendParallel(int serverCount, int siteCount, const QString& source,
             30min);
         const double wall = seconds(started);
         const double cpu = cpuSeconds() - cpuAtStart;
-        const bool threadsEnded = threads.waitAll(WorkerThreads::kExitWait);
+        const bool threadsEnded = threads.waitAll(10s);
         std::printf(
             "%d sites on %d servers, %zu files, %lld bytes each: %.2f s, client CPU %.2f s, "
             "%.1f MB/s in all, peak RSS %.1f MiB, threads %d before, %d after%s\n",

@@ -4,9 +4,12 @@
 // process, and how late a 10 ms timer of the window thread came. Not a test.
 //
 //   zelto_bench_transfer_windows [--sites 10] [--size-mib 1024] [--runs 3] [--servers-nice 0]
+//                                [--worker-nice 5]
 //
 // The servers stand in for remote machines: --servers-nice starts them at that nice value, so
 // that they take the cores the client leaves, as remote servers would not take any.
+// --worker-nice runs the transfer workers that many nice steps below the window thread (the
+// program's own value unless given; 0 runs them beside it).
 //
 // Needs root (vsftpd chroots its sessions). The servers' folders and the source file are made in
 // TMPDIR: point it at memory (/dev/shm), which must hold the source and one copy per site. Runs
@@ -170,11 +173,11 @@ double cpuSeconds()
 // Sends `files` to every site in parallel, started as Send Parallel starts them; with `windows`,
 // each job in a transfer window of its own, cascading.
 RunResult sendOnce(bool windows, const std::vector<JobSite>& sites,
-    const std::vector<FileEntry>& files, qint64 bytesPerSite)
+    const std::vector<FileEntry>& files, qint64 bytesPerSite, int workerNice)
 {
     test::Recorder recorder;
     test::RecordingOutcomes outcomes;
-    WorkerThreads threads;
+    WorkerThreads threads(workerNice);
     std::vector<std::shared_ptr<TransferJob>> jobs;
     std::atomic<qint64> lastEnd { 0 };
     std::vector<QPointer<CTransferDlg>> opened;
@@ -228,7 +231,7 @@ RunResult sendOnce(bool windows, const std::vector<JobSite>& sites,
     loop.exec();
     probe.stop();
     const double uiCpu = threadCpuSeconds() - uiCpuBefore;
-    threads.waitAll(WorkerThreads::kExitWait);
+    threads.stopAll(); // every job has ended: this joins the threads
 
     RunResult result;
     const Clock::time_point end { Clock::duration(lastEnd.load()) };
@@ -259,7 +262,7 @@ double median(std::vector<double> values)
 int usage()
 {
     std::cerr << "usage: zelto_bench_transfer_windows [--sites N] [--size-mib N] [--runs N] "
-                 "[--servers-nice N]\n";
+                 "[--servers-nice N] [--worker-nice N]\n";
     return 2;
 }
 
@@ -274,6 +277,7 @@ int main(int argc, char** argv)
     qint64 sizeMib = 1024;
     int runs = 3;
     int serversNice = 0;
+    int workerNice = WorkerThreads::kTransferNice;
     auto args = app.arguments().mid(1);
     while (!args.isEmpty()) {
         const auto option = args.takeFirst();
@@ -286,6 +290,8 @@ int main(int argc, char** argv)
             runs = number;
         else if (option == "--servers-nice")
             serversNice = number;
+        else if (option == "--worker-nice")
+            workerNice = number;
         else
             return usage();
     }
@@ -332,7 +338,7 @@ int main(int argc, char** argv)
     for (int run = 0; run < runs; ++run) {
         // Each run starts with the other kind, so that neither always meets a warmer machine.
         for (const bool windows : { run % 2 == 1, run % 2 == 0 }) {
-            const RunResult r = sendOnce(windows, sites, files, bytes);
+            const RunResult r = sendOnce(windows, sites, files, bytes, workerNice);
             std::printf(
                 "run %d %-10s %d x %lld MiB: %.2f s, %.1f MB/s; CPU %.2f s, window "
                 "thread %.2f s; 10 ms timer late by at most %.1f ms (window thread on a core "
@@ -354,10 +360,11 @@ int main(int argc, char** argv)
     const auto most = [](const std::vector<double>& values) {
         return *std::max_element(values.begin(), values.end());
     };
-    std::printf("%d runs: median throughput %.1f MB/s without windows, %.1f MB/s with windows "
-                "(windows / none %.3f); worst lateness %.1f ms without windows, %.1f ms with "
-                "windows (once all had started: %.1f ms and %.1f ms)\n",
-        runs, median(rates[0]), median(rates[1]), median(rates[1]) / median(rates[0]),
+    std::printf("%d runs, workers %d nice steps below the window thread: median throughput "
+                "%.1f MB/s without windows, %.1f MB/s with windows (windows / none %.3f); worst "
+                "lateness %.1f ms without windows, %.1f ms with windows (once all had started: "
+                "%.1f ms and %.1f ms)\n",
+        runs, workerNice, median(rates[0]), median(rates[1]), median(rates[1]) / median(rates[0]),
         most(worst[0]), most(worst[1]), most(worstRunning[0]), most(worstRunning[1]));
     return ok ? 0 : 1;
 }

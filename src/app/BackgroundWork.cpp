@@ -39,16 +39,25 @@ void BackgroundWork::runLink(const QString& name)
     link->setJobStarting(linkJobStarting_);
     const LinkDistribution* running = link.get();
     // The end comes from inside the run's own call; the run is dropped after it has returned.
-    const bool started = link->start(name, [this, running](bool) {
+    link->start(name, [this, running](LinkDistribution::End) {
         QTimer::singleShot(0, &context_, [this, running] { linkEnded(running); });
     });
-    if (started)
-        links_.push_back(std::move(link));
+    links_.push_back(std::move(link));
 }
 
 void BackgroundWork::linkEnded(const LinkDistribution* link)
 {
     std::erase_if(links_, [link](const auto& kept) { return kept.get() == link; });
+}
+
+bool BackgroundWork::busy() const
+{
+    return services_.threads().running() > 0 || sender_.starting() || !links_.empty();
+}
+
+void BackgroundWork::stopAll()
+{
+    services_.threads().stopAll();
 }
 
 std::shared_ptr<ScriptProgress> BackgroundWork::runScript(const QString& path)

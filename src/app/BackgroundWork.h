@@ -37,7 +37,8 @@ public:
     [[nodiscard]] QueueSender& queueSender() { return sender_; }
     [[nodiscard]] Scheduler& scheduler() { return scheduler_; }
 
-    // Sends a link's files to its sites in parallel; a link without sites does nothing.
+    // Sends a link's files to its sites in parallel, the link read on a worker; a link without
+    // sites does nothing.
     void runLink(const QString& name);
     // How the links started here show their jobs (a windowed run opens a transfer window each).
     void setLinkJobStarting(LinkDistribution::JobStarting starting)
@@ -51,7 +52,14 @@ public:
     // Runs a command script on a worker of its own; its progress window reads the lines.
     std::shared_ptr<ScriptProgress> runScript(const QString& path);
 
+    // The links started here that have not ended yet, those still being read too.
     [[nodiscard]] std::size_t runningLinks() const { return links_.size(); }
+    // Transfers or scripts are under way, or a link or a send of the queue is about to start
+    // some: any worker of the program runs.
+    [[nodiscard]] bool busy() const;
+    // Stops every worker of the program and joins it. Each job hands its files to the
+    // bookkeeping on its way out, so those not sent are queued (with ResendFail on).
+    void stopAll();
     // The scripts started here that have not ended yet.
     [[nodiscard]] std::size_t runningScripts();
 

@@ -16,13 +16,13 @@ int LinkCommand::run(const QString& name, Notifier& notifier, SoundPlayer& playe
     ProgramServices services(notifier, player);
     QueueBookkeeping bookkeeping(services.log());
     LinkDistribution distribution(services.jobs(), services.threads(), bookkeeping, stdout);
-    int status = kExitOk;
-    const bool running = distribution.start(
-        name, [](bool allSent) { QCoreApplication::exit(allSent ? kExitOk : kExitFailed); });
-    if (running)
-        status = QCoreApplication::exec();
-    // Every site has ended by now; this only waits for the threads to leave.
-    services.threads().stopAll(WorkerThreads::kExitWait);
+    // A link without sites ends well: it was told so, and nothing failed.
+    distribution.start(name, [](LinkDistribution::End end) {
+        QCoreApplication::exit(end == LinkDistribution::End::NotAllSent ? kExitFailed : kExitOk);
+    });
+    const int status = QCoreApplication::exec();
+    // Every site has ended by now; this only joins the threads.
+    services.threads().stopAll();
     return status;
 }
 

@@ -13,8 +13,8 @@ class SoundPlayer;
 class TrayIndicator;
 
 // What every run of the program lends its transfer work: the log writer, the sounds, the tray,
-// the notifier, and the worker threads. The threads are stopped and waited for first when this
-// ends, so no worker outlives the services it reports to.
+// the notifier, and the worker threads. The threads are stopped and joined first when this ends,
+// so no worker outlives the services it reports to.
 class ProgramServices final {
 public:
     // An unattended run: no tray icon.

@@ -54,13 +54,18 @@ int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
     QueueBookkeeping bookkeeping(services.log(), store);
     ItemLines lines(bookkeeping);
     QueueSender sender(services.jobs(), services.threads(), lines, store);
-    if (sender.sendQueue([] { QCoreApplication::exit(kExitOk); }) == 0) {
+    bool empty = false;
+    sender.sendQueue([&empty](bool queueEmpty) {
+        empty = queueEmpty;
+        QCoreApplication::exit(kExitOk);
+    });
+    (void)QCoreApplication::exec();
+    // Every job has ended by now; this only joins the threads.
+    services.threads().stopAll();
+    if (empty) {
         printLine(StringTable::text(ids::kQueueEmptyOrSending));
         return kExitOk;
     }
-    (void)QCoreApplication::exec();
-    // Every job has ended by now; this only waits for the threads to leave.
-    services.threads().stopAll(WorkerThreads::kExitWait);
     const int left = store.count();
     printLine(QStringLiteral("Queue: %1 sent, %2 failed, %3 left in the queue.")
                   .arg(lines.sent())

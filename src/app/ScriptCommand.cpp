@@ -40,8 +40,8 @@ int ScriptCommand::run(const QString& path, Notifier& notifier, SoundPlayer& pla
     ScriptRun script(services.jobs(), services.threads(), std::make_shared<ConsoleLines>());
     script.start(path);
     const int status = QCoreApplication::exec();
-    // The script has ended by now; this only waits for its thread to leave.
-    services.threads().stopAll(WorkerThreads::kExitWait);
+    // The script has ended by now; this only joins its thread.
+    services.threads().stopAll();
     return status;
 }
 

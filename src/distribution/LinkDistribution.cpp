@@ -1,11 +1,9 @@
 #include "LinkDistribution.h"
 
-#include "distribution/FileSet.h"
 #include "distribution/JobOutcomeSink.h"
+#include "distribution/RunOffThread.h"
 #include "distribution/TransferJob.h"
 #include "profiles/LinkRun.h"
-
-#include <QCoreApplication>
 
 namespace zelto {
 
@@ -39,16 +37,30 @@ LinkDistribution::LinkDistribution(JobServices& services, WorkerThreads& threads
 
 LinkDistribution::~LinkDistribution() = default;
 
-bool LinkDistribution::start(const QString& name, Ended ended)
+void LinkDistribution::start(const QString& name, Ended ended)
 {
+    ended_ = std::move(ended);
     report_ = std::make_unique<LinkReport>(name, out_);
-    const LinkPlan plan = LinkRun::prepare(name);
+    runOffThread(
+        threads_, &context_,
+        [name] {
+            LinkPlan plan = LinkRun::prepare(name);
+            if (plan.sites.empty())
+                return Plan {};
+            return Plan { std::move(plan.sites), FileSet::build(plan.files) };
+        },
+        [this](Plan plan) { prepared(std::move(plan)); });
+}
+
+void LinkDistribution::prepared(Plan plan)
+{
     if (plan.sites.empty()) {
         report_->noSites();
-        return false;
+        if (ended_)
+            ended_(End::NoSites);
+        return;
     }
-    const FileSet set = FileSet::build(plan.files);
-    files_ = set.files();
+    files_ = plan.set.files();
     for (const SiteRecord& record : plan.sites) {
         JobSite site;
         site.server = record.host;
@@ -58,13 +70,11 @@ bool LinkDistribution::start(const QString& name, Ended ended)
         site.remoteFolder = record.remotePath;
         sites_.push_back(std::make_unique<Site>(*this, std::move(site)));
     }
-    ended_ = std::move(ended);
     pending_ = int(sites_.size());
-    report_->runStarted(sites_.size(), files_.size(), set.totalBytes());
+    report_->runStarted(sites_.size(), files_.size(), plan.set.totalBytes());
     starter_ = std::make_unique<ParallelStarter>(
         sites_.size(), [this](std::size_t index) { startSite(index); }, interval_);
     starter_->start();
-    return true;
 }
 
 void LinkDistribution::startSite(std::size_t index)
@@ -78,14 +88,8 @@ void LinkDistribution::startSite(std::size_t index)
     if (jobStarting_)
         jobStarting_(site.job);
     // The end comes on the worker's thread; the count is kept on this one.
-    site.job->start([this, index, alive = std::weak_ptr<bool>(alive_)] {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [this, index, alive] {
-                if (alive.lock())
-                    siteEnded(index);
-            },
-            Qt::QueuedConnection);
+    site.job->start([this, index, guard = QPointer<QObject>(&context_)] {
+        postWhileAlive(guard, [this, index] { siteEnded(index); });
     });
 }
 
@@ -100,7 +104,7 @@ void LinkDistribution::siteEnded(std::size_t index)
         return;
     report_->runEnded();
     if (ended_)
-        ended_(report_->allSent());
+        ended_(report_->allSent() ? End::AllSent : End::NotAllSent);
 }
 
 } // namespace zelto

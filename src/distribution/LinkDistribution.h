@@ -1,9 +1,12 @@
 #pragma once
 
 #include "distribution/FileEntry.h"
+#include "distribution/FileSet.h"
 #include "distribution/LinkReport.h"
 #include "distribution/ParallelStarter.h"
+#include "profiles/SiteProfile.h"
 
+#include <QObject>
 #include <QString>
 
 #include <chrono>
@@ -19,14 +22,20 @@ class TransferJob;
 class WorkerThreads;
 struct JobServices;
 
-// The run of a link: the link is read (LinkRun::prepare), its files become one file set, and
-// each of its sites gets a parallel transfer job, started an interval apart. Every site's end is
-// reported (LinkReport) and handed on to the bookkeeping. The run ends when its last site has
-// ended: the count of pending sites is kept on the thread that owns the run, whose event loop
-// must be running.
+// The run of a link: the link is read (LinkRun::prepare) and its files become one file set, on a
+// worker, so that a long list never holds the thread that starts the run; then each of its sites
+// gets a parallel transfer job, started an interval apart. Every site's end is reported
+// (LinkReport) and handed on to the bookkeeping. The run ends when its last site has ended: the
+// count of pending sites is kept on the thread that owns the run, which is the application
+// object's, and whose event loop must be running.
 class LinkDistribution final {
 public:
-    using Ended = std::function<void(bool allSent)>;
+    enum class End {
+        NoSites, // nothing ran
+        AllSent, // every file reached every site
+        NotAllSent,
+    };
+    using Ended = std::function<void(End end)>;
     // Called on this thread with each site's job just before it starts: a windowed run opens
     // the job's transfer window there.
     using JobStarting = std::function<void(const std::shared_ptr<TransferJob>& job)>;
@@ -37,10 +46,9 @@ public:
     LinkDistribution(const LinkDistribution&) = delete;
     LinkDistribution& operator=(const LinkDistribution&) = delete;
 
-    // Starts link `name`. A link without sites is told so on `out` and false is returned: nothing
-    // runs and `ended` is never called. Otherwise `ended` is called from the event loop once the
-    // last site has ended, with whether every file reached every site.
-    bool start(const QString& name, Ended ended);
+    // Starts link `name`; a run starts once. `ended` is called from the event loop: at once when
+    // the link has no sites (which is told on `out`), otherwise once the last site has ended.
+    void start(const QString& name, Ended ended);
 
     void setJobStarting(JobStarting starting) { jobStarting_ = std::move(starting); }
 
@@ -49,7 +57,12 @@ public:
 
 private:
     struct Site;
+    struct Plan {
+        std::vector<SiteRecord> sites;
+        FileSet set;
+    };
 
+    void prepared(Plan plan);
     void startSite(std::size_t index);
     void siteEnded(std::size_t index);
 
@@ -65,8 +78,8 @@ private:
     Ended ended_;
     JobStarting jobStarting_;
     int pending_ = 0;
-    // Checked on this thread before a posted end is taken: the run may be gone by then.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    // Destroyed first: the preparation and the site ends still posted are dropped with it.
+    QObject context_;
 };
 
 } // namespace zelto

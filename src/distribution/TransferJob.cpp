@@ -85,7 +85,8 @@ void TransferJob::launchWorker(std::vector<JobSite> sites)
     walker_ = worker;
     // The worker takes mutex_ before it reads its share, so it sees `stop` set.
     worker->stop = threads_.launch(
-        [self = shared_from_this(), worker](std::stop_token stop) { self->work(worker, stop); });
+        [self = shared_from_this(), worker](std::stop_token stop) { self->work(worker, stop); },
+        WorkerThreads::Priority::Transfer);
 }
 
 QString TransferJob::currentServer() const

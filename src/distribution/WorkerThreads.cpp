@@ -1,88 +1,96 @@
 #include "WorkerThreads.h"
 
-#include <vector>
+#include "platform/ThreadPriority.h"
+#include "platform/WorkerStop.h"
+
+#include <iterator>
 
 namespace zelto {
 
-WorkerThreads::WorkerThreads() : state_(std::make_shared<State>())
+WorkerThreads::WorkerThreads(int transferNice) : transferNice_(transferNice)
 {
 }
 
 WorkerThreads::~WorkerThreads()
 {
-    stopAll(kExitWait);
-    const std::lock_guard lock(state_->mutex);
-    for (Worker& worker : workers_) {
-        if (!*worker.ended)
-            worker.thread.detach();
-    }
+    stopAll();
 }
 
-std::stop_source WorkerThreads::launch(std::function<void(std::stop_token)> work)
+std::stop_source WorkerThreads::launch(std::function<void(std::stop_token)> work, Priority priority)
 {
     reap();
-    auto ended = std::make_shared<bool>(false);
-    const std::lock_guard lock(state_->mutex);
-    ++state_->running;
+    const int nice = priority == Priority::Transfer ? transferNice_ : 0;
+    const std::lock_guard lock(mutex_);
+    ++running_;
     Worker& worker = workers_.emplace_back();
-    worker.ended = ended;
+    // The node stays where it is until its thread is joined, which is after the thread's last
+    // touch of it.
     worker.thread
-        = std::jthread([state = state_, ended, work = std::move(work)](std::stop_token stop) {
+        = std::jthread([this, &worker, nice, work = std::move(work)](std::stop_token stop) {
+              setWorkerStop(stop);
+              lowerThreadPriority(nice);
               work(stop);
               {
-                  const std::lock_guard lock(state->mutex);
-                  *ended = true;
-                  --state->running;
+                  const std::lock_guard lock(mutex_);
+                  worker.ended = true;
+                  --running_;
               }
-              state->ended.notify_all();
+              ended_.notify_all();
           });
     return worker.thread.get_stop_source();
 }
 
 std::size_t WorkerThreads::running() const
 {
-    const std::lock_guard lock(state_->mutex);
-    return state_->running;
+    const std::lock_guard lock(mutex_);
+    return running_;
 }
 
 bool WorkerThreads::waitAll(std::chrono::milliseconds deadline)
 {
     bool none = false;
     {
-        std::unique_lock lock(state_->mutex);
-        none = state_->ended.wait_for(lock, deadline, [this] { return state_->running == 0; });
+        std::unique_lock lock(mutex_);
+        none = ended_.wait_for(lock, deadline, [this] { return running_ == 0; });
     }
     reap();
     return none;
 }
 
-bool WorkerThreads::stopAll(std::chrono::milliseconds deadline)
+void WorkerThreads::stopAll()
 {
-    {
-        const std::lock_guard lock(state_->mutex);
-        for (Worker& worker : workers_)
+    // A worker launched meanwhile (a job's rest started on another thread) is taken in the next
+    // round.
+    for (;;) {
+        std::list<Worker> stopping;
+        {
+            const std::lock_guard lock(mutex_);
+            if (workers_.empty())
+                return;
+            stopping.splice(stopping.end(), workers_);
+        }
+        for (Worker& worker : stopping)
             worker.thread.request_stop();
+        // Joined outside the lock: a thread takes it on its way out.
+        for (Worker& worker : stopping)
+            worker.thread.join();
     }
-    return waitAll(deadline);
 }
 
 void WorkerThreads::reap()
 {
-    std::vector<std::jthread> done;
+    std::list<Worker> done;
     {
-        const std::lock_guard lock(state_->mutex);
+        const std::lock_guard lock(mutex_);
         for (auto it = workers_.begin(); it != workers_.end();) {
-            if (*it->ended) {
-                done.push_back(std::move(it->thread));
-                it = workers_.erase(it);
-            } else {
-                ++it;
-            }
+            const auto next = std::next(it);
+            if (it->ended)
+                done.splice(done.end(), workers_, it);
+            it = next;
         }
     }
-    // Joined outside the lock: a thread that has ended still takes the lock on its way out.
-    for (std::jthread& thread : done)
-        thread.join();
+    for (Worker& worker : done)
+        worker.thread.join();
 }
 
 } // namespace zelto

@@ -12,48 +12,55 @@
 
 namespace zelto {
 
-// The worker threads of the transfer jobs. A window never waits for its worker, so the threads
-// belong here, not to the windows: the program waits for them once, at its end, and no thread is
-// ever killed. Safe to use from any thread.
+// The worker threads of the program. A window never waits for its worker, so the threads belong
+// here, not to the windows: the program stops and joins them once, at its end. No thread is ever
+// killed or left behind: every wait of a worker gives way to its stop request (the pause gate,
+// the copy pipe, libcurl's callbacks, a question put to the user), so a join after a stop
+// returns. Safe to use from any thread.
 class WorkerThreads final {
 public:
-    // How long the end of the program waits for its workers. A stopped worker leaves at its next
-    // block or libcurl callback, well within this.
-    static constexpr std::chrono::milliseconds kExitWait { 10'000 };
+    // Transfer workers run this many nice steps below the thread that starts them, so that the
+    // windows' timers stay prompt on a machine of two cores that ten transfers keep busy.
+    static constexpr int kTransferNice = 5;
 
-    WorkerThreads();
-    // Stops every worker and waits for them up to kExitWait; one that is still running then is
-    // left to end with the process (it is stopped and touches nothing of this object).
+    enum class Priority {
+        Normal, // work the user waits for (a file set being built)
+        Transfer, // jobs and scripts, which may take long
+    };
+
+    // `transferNice` 0 runs transfers at the priority of the thread that starts them.
+    explicit WorkerThreads(int transferNice = kTransferNice);
+    // Stops and joins every worker.
     ~WorkerThreads();
     WorkerThreads(const WorkerThreads&) = delete;
     WorkerThreads& operator=(const WorkerThreads&) = delete;
 
-    // Runs `work` on a thread of its own; returns the thread's stop source.
-    std::stop_source launch(std::function<void(std::stop_token)> work);
+    // Runs `work` on a thread of its own; returns the thread's stop source. The work finds the
+    // same stop request through workerStop().
+    std::stop_source launch(
+        std::function<void(std::stop_token)> work, Priority priority = Priority::Normal);
 
     [[nodiscard]] std::size_t running() const;
     // Waits until no worker runs or `deadline` has passed; true when none runs.
     bool waitAll(std::chrono::milliseconds deadline);
-    // Asks every worker to stop, then waits as waitAll does.
-    bool stopAll(std::chrono::milliseconds deadline);
+    // Asks every worker to stop and joins each; a job's end (its bookkeeping) runs before its
+    // thread leaves.
+    void stopAll();
 
 private:
-    // Shared with the threads, so that a thread left running at the end touches nothing freed.
-    struct State {
-        std::mutex mutex;
-        std::condition_variable ended;
-        std::size_t running = 0;
-    };
     struct Worker {
         std::jthread thread;
-        std::shared_ptr<bool> ended; // guarded by State::mutex
+        bool ended = false; // guarded by mutex_
     };
 
     // Joins the threads that have ended (at once, since their work is done).
     void reap();
 
-    std::shared_ptr<State> state_;
-    std::list<Worker> workers_; // guarded by state_->mutex
+    const int transferNice_;
+    mutable std::mutex mutex_;
+    std::condition_variable ended_;
+    std::size_t running_ = 0; // guarded by mutex_
+    std::list<Worker> workers_; // guarded by mutex_
 };
 
 } // namespace zelto

@@ -203,5 +203,6 @@ inline constexpr int kLinkNotFound = 33051;
 inline constexpr int kListChangedSave = 33053;
 inline constexpr int kQueueEmptyOrSending = 33054;
 inline constexpr int kAppTitle = 33055;
+inline constexpr int kStopWorkAndQuit = 33056;
 
 } // namespace zelto::ids

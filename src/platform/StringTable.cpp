@@ -315,6 +315,7 @@ constexpr Entry kEntries[] = {
     { 33053, "List has changed, save?" },
     { 33054, "Queue is either empty or all files are currently being sent" },
     { 33055, "Zelto v. 2.05" },
+    { 33056, "Transfers are still running. Stop them and quit?" },
 };
 
 constexpr bool idsStrictlyIncreasing()

@@ -1,14 +1,15 @@
 #include "QueueSender.h"
 
 #include "distribution/ParallelStarter.h"
+#include "distribution/RunOffThread.h"
 #include "platform/PrivateProfile.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 namespace zelto {
@@ -140,12 +141,19 @@ QString QueueSender::resendFolder(
     return remoteFolder;
 }
 
-int QueueSender::sendQueue(Ended ended)
+void QueueSender::sendQueue(Ended ended)
 {
-    int count = 0;
-    auto run = std::make_shared<Run>();
-    store_.update([&](QueueBatch& batch) {
-        count = batch.count();
+    ++reading_;
+    runOffThread(
+        threads_, &context_, [store = store_] { return takeIdleItems(store); },
+        [this, ended = std::move(ended)](Taken queue) { startSend(std::move(queue), ended); });
+}
+
+QueueSender::Taken QueueSender::takeIdleItems(QueueStore store)
+{
+    Taken queue;
+    store.update([&](QueueBatch& batch) {
+        queue.count = batch.count();
         const std::vector<QueueItem> items = batch.items(QueueReader::Sender);
         for (const Group& group : groupsOf(items)) {
             std::vector<QueueItem> taken;
@@ -154,23 +162,32 @@ int QueueSender::sendQueue(Ended ended)
                 taken.push_back(items[std::size_t(position - 1)]);
             }
             if (!taken.empty())
-                run->setups.push_back(setupOf(taken));
+                queue.setups.push_back(setupOf(taken));
         }
     });
-    if (count < 1)
-        return 0;
+    return queue;
+}
+
+void QueueSender::startSend(Taken queue, Ended ended)
+{
+    --reading_;
+    if (queue.count < 1) {
+        if (ended)
+            ended(true);
+        return;
+    }
+    auto run = std::make_shared<Run>();
+    run->setups = std::move(queue.setups);
     run->onEnded = std::move(ended);
     runs_.push_back(run);
     startNext(run);
-    return 1;
 }
 
-std::size_t QueueSender::pendingStarts() const
+bool QueueSender::starting() const
 {
-    std::size_t pending = 0;
-    for (const auto& run : runs_)
-        pending += run->setups.size() - run->jobs.size();
-    return pending;
+    return reading_ > 0 || std::any_of(runs_.begin(), runs_.end(), [](const auto& run) {
+        return run->jobs.size() < run->setups.size();
+    });
 }
 
 void QueueSender::startNext(const std::shared_ptr<Run>& run)
@@ -181,14 +198,11 @@ void QueueSender::startNext(const std::shared_ptr<Run>& run)
         auto job = TransferJob::create(std::move(setup), services_, bookkeeping_, threads_);
         run->jobs.push_back(job);
         // The end comes on the job's thread; it is counted on this one, while the send is kept.
-        job->start([this, weak = std::weak_ptr<Run>(run)] {
-            QMetaObject::invokeMethod(
-                QCoreApplication::instance(),
-                [this, weak] {
-                    if (const auto kept = weak.lock())
-                        jobEnded(kept);
-                },
-                Qt::QueuedConnection);
+        job->start([this, guard = QPointer<QObject>(&context_), weak = std::weak_ptr<Run>(run)] {
+            postWhileAlive(guard, [this, weak] {
+                if (const auto kept = weak.lock())
+                    jobEnded(kept);
+            });
         });
         if (pause && run->jobs.size() < run->setups.size()) {
             QTimer::singleShot(
@@ -212,7 +226,7 @@ void QueueSender::finish(const std::shared_ptr<Run>& run)
 {
     std::erase(runs_, run);
     if (run->onEnded)
-        run->onEnded();
+        run->onEnded(false);
 }
 
 } // namespace zelto

@@ -21,11 +21,12 @@ struct JobServices;
 
 // Sends the queue again: one transfer job per pair of Source and Destination that has an idle
 // item, carrying every item of that pair, each item marked as being sent in the same write of the
-// queue file. The sender lives on the application's main thread (the user interface's, or the
-// unattended run's) and starts the jobs from its event loop, an upload or a download 200 ms
-// before the next job, so the caller never waits. The jobs end on their own threads and hand
-// their files to the bookkeeping, which takes what was sent out of the queue and counts up what
-// failed again.
+// queue file. The queue is read and marked on a worker, since a long queue holds the file's lock
+// for a while. The sender lives on the thread of the application object (the user interface's,
+// or the unattended run's) and starts the jobs from its event loop, an upload or a download
+// 200 ms before the next job, so the caller never waits. The jobs end on their own threads and
+// hand their files to the bookkeeping, which takes what was sent out of the queue and counts up
+// what failed again.
 class QueueSender final {
 public:
     // The idle items' pairs, in the order first met. An item of the pair is taken whatever its
@@ -35,8 +36,10 @@ public:
         QString destination;
         std::vector<int> positions;
     };
-    // Called from the event loop once every job of one send has ended.
-    using Ended = std::function<void()>;
+    // Called from the event loop once every job of one send has ended; `empty` when the queue
+    // was empty (the caller then says 33054 "Queue is either empty or all files are currently
+    // being sent"). A queue without an idle item is not empty: no job starts and it ends at once.
+    using Ended = std::function<void(bool empty)>;
 
     QueueSender(JobServices& services, WorkerThreads& threads, JobOutcomeSink& bookkeeping,
         QueueStore store = QueueStore());
@@ -44,12 +47,10 @@ public:
     QueueSender(const QueueSender&) = delete;
     QueueSender& operator=(const QueueSender&) = delete;
 
-    // 0 when the queue is empty (the caller then says 33054 "Queue is either empty or all files
-    // are currently being sent"), otherwise non-zero, also when no item was idle and no job
-    // starts. `ended` is called in both non-zero cases.
-    [[nodiscard]] int sendQueue(Ended ended = {});
-    // Jobs of the sends under way that are still to be started.
-    [[nodiscard]] std::size_t pendingStarts() const;
+    // Starts a send; `ended` is always called.
+    void sendQueue(Ended ended = {});
+    // A send is reading the queue or has jobs still to start.
+    [[nodiscard]] bool starting() const;
 
     // A pair is the key "Source Destination" split back at its blanks: a host name with a blank
     // does not survive the trip and its items are not sent.
@@ -66,7 +67,14 @@ public:
 
 private:
     struct Run;
+    // The queue as a send found it: its count, and the jobs of the items it marked as being sent.
+    struct Taken {
+        int count = 0;
+        std::vector<TransferJob::Setup> setups;
+    };
 
+    [[nodiscard]] static Taken takeIdleItems(QueueStore store);
+    void startSend(Taken queue, Ended ended);
     void startNext(const std::shared_ptr<Run>& run);
     void jobEnded(const std::shared_ptr<Run>& run);
     void finish(const std::shared_ptr<Run>& run);
@@ -76,6 +84,7 @@ private:
     JobOutcomeSink& bookkeeping_;
     QueueStore store_;
     std::vector<std::shared_ptr<Run>> runs_;
+    int reading_ = 0; // sends whose queue is being read
     // Destroyed first: the starts and ends still to come are dropped with it.
     QObject context_;
 };

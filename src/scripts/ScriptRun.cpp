@@ -27,9 +27,10 @@ void ScriptRun::start(const QString& path)
 {
     if (started_.exchange(true))
         return;
-    stop_ = threads_.launch([path, &services = services_, shared = shared_](std::stop_token stop) {
-        run(path, services, *shared, std::move(stop));
-    });
+    stop_ = threads_.launch(
+        [path, &services = services_, shared = shared_](
+            std::stop_token stop) { run(path, services, *shared, std::move(stop)); },
+        WorkerThreads::Priority::Transfer);
 }
 
 void ScriptRun::pause()

@@ -1,6 +1,7 @@
 // The main frame as the user meets it: screens, panes, bars, menus and the tray, and what each of
 // them keeps in the settings.
 
+#include "FtpServer.h"
 #include "TempSettings.h"
 #include "TestFiles.h"
 #include "TestNotifier.h"
@@ -10,11 +11,13 @@
 #include "app/ui/CMainFrame.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/ProfileBar.h"
+#include "distribution/TransferJob.h"
 #include "distribution/ui/CFtpView.h"
 #include "log/ui/CLogView.h"
 #include "options/SoundPlayer.h"
 #include "platform/StringTable.h"
 #include "profiles/ui/CFileListView.h"
+#include "queue/QueueStore.h"
 #include "settings/DataFolders.h"
 #include "settings/SettingsStore.h"
 
@@ -485,6 +488,54 @@ TEST(MainFrameTest, CloseSavesThePanesHidesTheTrayAndTellsTheProgram)
     EXPECT_FALSE(frame.isVisible());
     EXPECT_GT(SettingsStore::getInt(splitterSection(1), QStringLiteral("Row0"), 0), 0);
     EXPECT_TRUE(run.notifier.questions.empty());
+}
+
+TEST(MainFrameTest, QuitWhileATransferRunsAsksAndQueuesTheFilesItStopped)
+{
+    if (const auto reason = FtpServer::unavailableReason())
+        GTEST_SKIP() << reason->toStdString();
+    FrameRun run;
+    SettingsStore::set(schedule::kResendFail, 1);
+    FtpServer server;
+    FtpFaults faults;
+    faults.stall[QStringLiteral("STOR")] = FtpFaults::kForever;
+    server.setFaults(faults);
+    QTemporaryDir local;
+    ASSERT_TRUE(makeFile(local.filePath(QStringLiteral("late.bin")), 1000, 1));
+    TransferJob::Setup setup;
+    const FtpUser& user = server.users().front();
+    setup.sites = { { FtpServer::host(), user.name, user.password, server.port(), {}, 0 } };
+    FileEntry& file = setup.files.emplace_back();
+    file.localFolder = local.path();
+    file.localName = QStringLiteral("late.bin");
+    file.remoteName = file.localName;
+    file.size = 1000;
+    const auto job = TransferJob::create(std::move(setup), run.services.jobs(),
+        run.background.bookkeeping(), run.services.threads());
+    CMainFrame& frame = run.shown();
+    bool closed = false;
+    QObject::connect(&frame, &CMainFrame::closed, [&] { closed = true; });
+    job->start();
+    ASSERT_TRUE(waitUntil([&] { return server.commandCount(QStringLiteral("STOR")) == 1; }, 10s));
+
+    const QStringList question { StringTable::text(ids::kStopWorkAndQuit) };
+    // No: the frame and the transfer go on.
+    run.command(cmd::kExit)->trigger();
+    EXPECT_EQ(run.notifier.yesNoQuestions, question);
+    EXPECT_FALSE(closed);
+    EXPECT_TRUE(frame.isVisible());
+    EXPECT_FALSE(job->done());
+
+    // Yes: the transfer is stopped, its file queued, and then the frame closes.
+    run.notifier.yes = true;
+    run.command(cmd::kExit)->trigger();
+    EXPECT_EQ(run.notifier.yesNoQuestions, question + question);
+    EXPECT_TRUE(closed);
+    EXPECT_TRUE(job->done());
+    const auto queued = QueueStore().loadAll();
+    ASSERT_EQ(queued.size(), 1u);
+    EXPECT_EQ(queued[0].localName, QStringLiteral("late.bin"));
+    EXPECT_EQ(queued[0].destination, FtpServer::host());
 }
 
 } // namespace

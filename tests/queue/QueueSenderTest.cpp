@@ -13,6 +13,8 @@
 
 #include <QCoreApplication>
 
+#include <optional>
+
 namespace zelto::test {
 namespace {
 
@@ -171,17 +173,21 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
         }
 
         servers_[c.server]->setFaults({});
-        bool ended = false;
+        std::optional<bool> empty;
         QueueSender sender(recorder_.services, threads_, bookkeeping_);
-        EXPECT_NE(sender.sendQueue([&] { ended = true; }), 0);
-        ASSERT_TRUE(waitUntil([&] { return ended; }, kDeadline));
+        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+        ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
+        EXPECT_FALSE(*empty);
         EXPECT_EQ(QueueStore().count(), 0);
         if (c.mode == TransferMode::Copy)
             EXPECT_EQ(treeOf(servers_[2]->home() + QStringLiteral("/src")),
                 treeOf(servers_[1]->home() + QStringLiteral("/src")));
         else
             EXPECT_EQ(treeOf(servers_[0]->home() + local_.path()), treeOf(local_.path()));
-        EXPECT_EQ(sender.sendQueue(), 0); // empty: the caller says 33054
+        empty.reset();
+        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+        ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
+        EXPECT_TRUE(*empty); // the caller says 33054
     }
 }
 

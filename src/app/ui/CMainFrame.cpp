@@ -395,6 +395,15 @@ void CMainFrame::changeEvent(QEvent* event)
 
 void CMainFrame::closeEvent(QCloseEvent* event)
 {
+    // Work under way is stopped, never dropped: each job hands the files it has not sent to the
+    // queue before the program ends.
+    if (background_.busy()) {
+        if (!notifier_.askYesNo(StringTable::text(ids::kStopWorkAndQuit))) {
+            event->ignore();
+            return;
+        }
+        background_.stopAll();
+    }
     screens_->saveSizes();
     tray_.remove();
     event->accept();

@@ -63,7 +63,8 @@ public Q_SLOTS:
     void optionsChanged();
 
 Q_SIGNALS:
-    // The frame was closed: the program ends.
+    // The frame was closed: the program ends. A close while work runs asks first (33056) and
+    // stops the work on Yes; on No the frame stays.
     void closed();
 
 protected:

@@ -5,7 +5,7 @@
 namespace zelto {
 
 // Shows messages in application-modal message boxes, always on the UI thread: a worker that calls
-// it waits until the user has answered.
+// it waits until the user has answered, or until the worker is stopped, which closes the box.
 class MessageBoxNotifier final : public Notifier {
 public:
     void showMessage(const QString& text, MessageIcon icon) override;

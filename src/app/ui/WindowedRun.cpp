@@ -125,7 +125,10 @@ int WindowedRun::runWindows(const StartRequest& request)
         &frame, &CMainFrame::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     FirstShowReport::watch(frame);
     frame.showAtStart();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    // The workers end while the bookkeeping they report to is still here.
+    background.stopAll();
+    return status;
 }
 
 } // namespace zelto

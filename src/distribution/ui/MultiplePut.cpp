@@ -1,7 +1,7 @@
 #include "MultiplePut.h"
 
 #include "distribution/ParallelStarter.h"
-#include "distribution/WorkerThreads.h"
+#include "distribution/RunOffThread.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "profiles/ui/CFileListView.h"
@@ -106,31 +106,16 @@ void MultiplePut::prepare(bool serial)
     setPreparing(true);
 
     // The worker reaches back only through events to this thread, dropped once this is gone.
-    const QPointer<MultiplePut> self(this);
-    auto status = [self](const QString& text) {
-        QMetaObject::invokeMethod(
-            qApp,
-            [self, text] {
-                if (self)
-                    self->showWait(text);
-            },
-            Qt::QueuedConnection);
+    auto status = [self = QPointer<QObject>(this), this](const QString& text) {
+        postWhileAlive(self, [this, text] { showWait(text); });
     };
-    auto deliver
-        = [self, serial, sites = std::move(sites)](std::shared_ptr<std::optional<FileSet>> set) {
-              QMetaObject::invokeMethod(
-                  qApp,
-                  [self, serial, sites, set] {
-                      if (self)
-                          self->prepared(serial, sites, std::move(*set));
-                  },
-                  Qt::QueuedConnection);
-          };
-    threads_.launch([siteCount, entries = files_.entries(), &notifier = jobs_.notifier, status,
-                        deliver](std::stop_token) {
-        deliver(std::make_shared<std::optional<FileSet>>(
-            FileSet::prepare(siteCount, entries, notifier, status)));
-    });
+    runOffThread(
+        threads_, this,
+        [siteCount, entries = files_.entries(), &notifier = jobs_.notifier, status] {
+            return FileSet::prepare(siteCount, entries, notifier, status);
+        },
+        [this, serial, sites = std::move(sites)](
+            std::optional<FileSet> set) { prepared(serial, sites, std::move(set)); });
 }
 
 void MultiplePut::showWait(const QString& text)
