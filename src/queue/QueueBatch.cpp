@@ -85,6 +85,34 @@ int itemNumber(const QString& name)
                                                                                            : 0;
 }
 
+// The count as far as it names items. A number without a section is an item of default values;
+// at most kMaxMissingItems of them are read in all, and the queue ends before the next. So a
+// damaged count, with or without a section of its number, costs what the file holds, and the
+// window and the sender see the same items.
+int readableCount(const IniDocument& document, int count)
+{
+    if (count <= QueueBatch::kMaxMissingItems)
+        return count;
+    std::vector<qint64> numbers;
+    for (const QString& name : document.sectionNames()) {
+        const int number = itemNumber(name);
+        if (number > 0 && number <= count)
+            numbers.push_back(number);
+    }
+    std::sort(numbers.begin(), numbers.end());
+    numbers.push_back(qint64(count) + 1);
+    qint64 previous = 0;
+    qint64 missingLeft = QueueBatch::kMaxMissingItems;
+    for (const qint64 number : numbers) {
+        const qint64 missing = std::max<qint64>(number - previous - 1, 0);
+        if (missing > missingLeft)
+            return int(previous + missingLeft);
+        missingLeft -= missing;
+        previous = number;
+    }
+    return count;
+}
+
 // The four values of the second site are written, and shown, for this word only; the sender
 // reads them for any word it takes for a site-to-site transfer.
 bool isCopy(const QueueItem& item)
@@ -96,15 +124,9 @@ bool isCopy(const QueueItem& item)
 
 QueueBatch::QueueBatch(IniDocument& document) : document_(document)
 {
-    const QString countSection = latin1(queuefile::kCountSection);
-    count_ = std::max(
-        0, PrivateProfile::toInt(document_.value(countSection, latin1(queuefile::kCountKey)), 0));
-    if (count_ > 0 && !document_.hasSection(sectionName(count_))) {
-        int last = 0;
-        for (const QString& name : document_.sectionNames())
-            last = std::max(last, itemNumber(name));
-        count_ = int(std::min<qint64>(count_, qint64(last) + kMaxMissingItems));
-    }
+    const int written = PrivateProfile::toInt(
+        document_.value(latin1(queuefile::kCountSection), latin1(queuefile::kCountKey)), 0);
+    count_ = readableCount(document_, std::max(0, written));
     items_.reserve(std::size_t(count_));
     queued_.reserve(std::size_t(count_));
     for (int position = 1; position <= count_; ++position) {

@@ -33,14 +33,14 @@ enum class QueueReader { Window, Sender };
 // added in this batch has its lines in a document of its own until flush().
 class QueueBatch final {
 public:
-    // Reads the count; a negative one is 0, and one far beyond the last item section (a damaged
-    // file) is cut to kMaxMissingItems past it.
+    // Reads the count; a negative one is 0. A number without a section is an item of default
+    // values, kMaxMissingItems of them at most: the queue ends before the next (a damaged count
+    // may name billions).
     explicit QueueBatch(IniDocument& document);
     ~QueueBatch();
     QueueBatch(const QueueBatch&) = delete;
     QueueBatch& operator=(const QueueBatch&) = delete;
 
-    // Items that a count larger than the sections may name, each read with default values.
     static constexpr int kMaxMissingItems = 1000;
 
     [[nodiscard]] int count() const { return count_; }
