@@ -1,9 +1,11 @@
 // Measures the queue file under load: failed files appended by many jobs and by one large job,
-// a large resend that succeeds, and a send of a large queue. Not a test.
+// a large resend that succeeds, a send of a large queue, a queue of 100,000 items, and a file
+// whose count is huge. Not a test.
 //
-//   zelto_bench_queue [append | send]
-//       prints the wall time of each step (both kinds without an argument); every queue lives in
-//       a fresh temporary data folder
+//   zelto_bench_queue [append | send | large | huge N]
+//       prints the wall time of each step (append and send without an argument); every queue
+//       lives in a fresh temporary data folder. large and huge also print the process's peak
+//       memory so far, so run each in a process of its own.
 
 #include "FtpTestKit.h"
 #include "TempSettings.h"
@@ -14,9 +16,12 @@
 #include "settings/SettingsStore.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
 
 #include <chrono>
 #include <cstdio>
+#include <sys/resource.h>
 
 namespace {
 
@@ -110,6 +115,130 @@ void sendLargeQueue(int items, int hosts)
         store.loadAll()[0].numTimes);
 }
 
+// The peak resident memory of this process so far.
+double peakMegabytes()
+{
+    rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    return double(usage.ru_maxrss) / 1024.0;
+}
+
+double megabytesOf(const QString& file)
+{
+    return double(QFileInfo(file).size()) / (1024.0 * 1024.0);
+}
+
+// An upload that failed, as the bookkeeping writes it.
+QByteArray itemSection(int number, int port)
+{
+    const QByteArray n = QByteArray::number(number);
+    return "[QUEUE" + n + "]\nNumTimes=1\nLocalName=file" + n + ".html\nRemoteName=file" + n
+        + ".html\nRemDirFile=/srv/www/site/dir" + n + "\nLocDirFile=/home/me/site/dir" + n
+        + "\nReason=550 Permission denied.\nPassword=secret\nLogin=me\nRemDir=/srv/www\n"
+          "Source=Local\nDestination=127.0.0.1\nFtpMethod=ZELTO_PUT\nFileSize=12345\nPort="
+        + QByteArray::number(port) + "\nStatus=0\n";
+}
+
+// Written directly, a section at a time, so that making it costs the bench no memory.
+void writeQueueFile(const QByteArray& head, int items, int port)
+{
+    QFile out(QueueStore::defaultFile());
+    if (!out.open(QIODevice::WriteOnly))
+        std::abort();
+    out.write(head);
+    for (int i = 1; i <= items; ++i)
+        out.write(itemSection(i, port));
+}
+
+// One upload job that ends with one file, as a link run that fails (or sends) a file.
+double endOneFile(QueueBookkeeping& bookkeeping, const QString& name, int result)
+{
+    const JobSite site { QStringLiteral("127.0.0.1"), QStringLiteral("me"),
+        QStringLiteral("secret"), 21, QStringLiteral("/srv/www"), 0 };
+    FileEntry file;
+    file.localFolder = QStringLiteral("/home/me/site/dir1");
+    file.localName = file.remoteName = name;
+    file.remoteFolder = QStringLiteral("/srv/www/site/dir1");
+    file.result = result;
+    file.message = QStringLiteral("refused");
+    const std::vector<FileEntry> files { file };
+    const auto start = Clock::now();
+    bookkeeping.siteFinished({ TransferMode::Put, site, nullptr, files });
+    return seconds(start);
+}
+
+// Sends the queue as -q does, to a port that refuses: every job fails at its connect.
+double sendAll(QueueBookkeeping& bookkeeping, test::Recorder& recorder)
+{
+    WorkerThreads threads;
+    QueueSender sender(recorder.services, threads, bookkeeping);
+    bool ended = false;
+    const auto start = Clock::now();
+    if (sender.sendQueue([&] { ended = true; }) != 0)
+        (void)test::waitUntil([&] { return ended; }, 600s);
+    return seconds(start);
+}
+
+// 100,000 real items: one failed file appended, the queue read whole (the queue window's load),
+// the first item sent (every later section moves down one place), and the whole queue sent and
+// failed again.
+void largeQueue()
+{
+    constexpr int kItems = 100'000;
+    test::TempSettings settings;
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    test::useQuickTimeouts(5);
+    test::useDirectAccess();
+    const test::RefusingPort port;
+    writeQueueFile("[QUEUE]\nNumQueues=" + QByteArray::number(kItems) + "\n", kItems, port.port());
+    const QString file = QueueStore::defaultFile();
+    std::printf("queue of %d items, %.1f MB, peak %.0f MB before\n", kItems, megabytesOf(file),
+        peakMegabytes());
+    test::Recorder recorder;
+    QueueBookkeeping bookkeeping(recorder);
+    const double appended = endOneFile(bookkeeping, QStringLiteral("new.html"), 12003);
+    std::printf("  one failed file appended: %.2f s, peak %.0f MB, file %.1f MB\n", appended,
+        peakMegabytes(), megabytesOf(file));
+    const auto start = Clock::now();
+    const std::size_t read = QueueStore().loadAll().size();
+    std::printf(
+        "  read whole: %.2f s (%zu items), peak %.0f MB\n", seconds(start), read, peakMegabytes());
+    const double removed = endOneFile(bookkeeping, QStringLiteral("file1.html"), FileEntry::kSent);
+    std::printf("  first item sent: %.2f s, peak %.0f MB, %d left\n", removed, peakMegabytes(),
+        QueueStore().count());
+    const double sent = sendAll(bookkeeping, recorder);
+    std::printf("  all sent and failed again: %.2f s, peak %.0f MB, file %.1f MB\n", sent,
+        peakMegabytes(), megabytesOf(file));
+}
+
+// A small file whose count is `count` and whose section of that number is there (a header
+// alone): a send of the queue (-q), then a link run that fails a file (-l).
+void hugeCount(int count)
+{
+    test::TempSettings settings;
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    test::useQuickTimeouts(5);
+    test::useDirectAccess();
+    const test::RefusingPort port;
+    writeQueueFile("[QUEUE]\nNumQueues=" + QByteArray::number(count) + "\n", 1, port.port());
+    QFile file(QueueStore::defaultFile());
+    if (!file.open(QIODevice::Append))
+        std::abort();
+    file.write("[QUEUE" + QByteArray::number(count) + "]\n");
+    file.close();
+    const double before = double(file.size());
+    std::printf(
+        "count %d, a file of %.0f bytes, peak %.0f MB before\n", count, before, peakMegabytes());
+    test::Recorder recorder;
+    QueueBookkeeping bookkeeping(recorder);
+    const double sent = sendAll(bookkeeping, recorder);
+    std::printf("  send (-q): all jobs ended %.2f s, peak %.0f MB, file %lld bytes, count %d\n",
+        sent, peakMegabytes(), QFileInfo(file).size(), QueueStore().count());
+    const double appended = endOneFile(bookkeeping, QStringLiteral("new.html"), 12003);
+    std::printf("  one failed file (-l): %.2f s, peak %.0f MB, file %lld bytes, count %d\n",
+        appended, peakMegabytes(), QFileInfo(file).size(), QueueStore().count());
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -124,5 +253,9 @@ int main(int argc, char* argv[])
         sendLargeQueue(10'000, 1);
         sendLargeQueue(10'000, 10);
     }
+    if (only == u"large")
+        largeQueue();
+    if (only == u"huge")
+        hugeCount(argc > 2 ? QString::fromLocal8Bit(argv[2]).toInt() : 10'000'000);
     return 0;
 }

@@ -186,22 +186,30 @@ QByteArray IniDocument::toBytes() const
 
 bool IniDocument::writeTo(QIODevice& device) const
 {
-    // Small pieces are gathered, so that an edited section is not one write call per line.
+    // Small pieces are gathered, so that an edited section is not one write call per line, and
+    // written out when enough came together, so that a file of edited sections is not copied.
     constexpr qsizetype kLargePiece = 4096;
+    constexpr qsizetype kGathered = 64 * 1024;
     QByteArray gathered;
+    gathered.reserve(kGathered + kLargePiece);
     bool written = true;
     const auto put = [&](QByteArrayView bytes) {
         written = written
             && (bytes.isEmpty() || device.write(bytes.data(), bytes.size()) == bytes.size());
     };
-    forEachPiece([&](QByteArrayView piece) {
-        if (piece.size() < kLargePiece) {
-            gathered.append(piece);
-            return;
-        }
+    const auto putGathered = [&] {
         put(gathered);
         gathered.clear();
-        put(piece);
+    };
+    forEachPiece([&](QByteArrayView piece) {
+        if (piece.size() >= kLargePiece) {
+            putGathered();
+            put(piece);
+            return;
+        }
+        gathered.append(piece);
+        if (gathered.size() >= kGathered)
+            putGathered();
     });
     put(gathered);
     return written;
@@ -483,7 +491,14 @@ QByteArrayView IniDocument::store(QByteArray line)
 {
     if (crlf_)
         line.append('\r');
-    return added_.emplace_back(std::move(line));
+    constexpr std::size_t kChunk = 64 * 1024;
+    const auto size = std::size_t(line.size());
+    if (added_.empty() || added_.back().capacity() - added_.back().size() < size)
+        added_.emplace_back().reserve(std::max(kChunk, size));
+    std::string& chunk = added_.back();
+    const std::size_t at = chunk.size();
+    chunk.append(line.constData(), size);
+    return QByteArrayView(chunk.data() + at, qsizetype(size));
 }
 
 } // namespace zelto

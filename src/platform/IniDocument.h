@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <optional>
+#include <string>
 #include <vector>
 
 QT_FORWARD_DECLARE_CLASS(QIODevice)
@@ -96,7 +97,10 @@ private:
     QByteArrayView store(QByteArray line);
 
     QByteArray source_;
-    std::deque<QByteArray> added_; // the text of new and changed lines, which sections view
+    // The text of new and changed lines, which sections view: large chunks filled one after the
+    // other and never grown past their capacity, so that a line costs no more than its bytes and
+    // the views stay valid.
+    std::deque<std::string> added_;
     // The first holds the lines before the first header. A deque, since a large file has thousands
     // of sections and a vector would copy them all each time it grows.
     std::deque<Section> sections_;

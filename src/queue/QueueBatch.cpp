@@ -63,9 +63,6 @@ std::array<QString, kKeyCount> textsOf(const QueueItem& item)
         item.port, item.remPassword, item.remLogin, item.remRemDir, item.remotePort };
 }
 
-// The one section of a slot's own document.
-const QString kSlotSection = QStringLiteral("item");
-
 QString latin1(const char* text)
 {
     return QString::fromLatin1(text);
@@ -88,11 +85,32 @@ int itemNumber(const QString& name)
                                                                                            : 0;
 }
 
-QString identityKey(
-    const QString& localName, const QString& remoteName, const QString& source, const QString& dest)
+// The count as far as it names items. A number without a section is an item of default values;
+// at most kMaxMissingItems of them are read in all, and the queue ends before the next. So a
+// damaged count, with or without a section of its number, costs what the file holds, and the
+// window and the sender see the same items.
+int readableCount(const IniDocument& document, int count)
 {
-    // No stored value holds a line break.
-    return localName + u'\n' + remoteName + u'\n' + source + u'\n' + dest;
+    if (count <= QueueBatch::kMaxMissingItems)
+        return count;
+    std::vector<qint64> numbers;
+    for (const QString& name : document.sectionNames()) {
+        const int number = itemNumber(name);
+        if (number > 0 && number <= count)
+            numbers.push_back(number);
+    }
+    std::sort(numbers.begin(), numbers.end());
+    numbers.push_back(qint64(count) + 1);
+    qint64 previous = 0;
+    qint64 missingLeft = QueueBatch::kMaxMissingItems;
+    for (const qint64 number : numbers) {
+        const qint64 missing = std::max<qint64>(number - previous - 1, 0);
+        if (missing > missingLeft)
+            return int(previous + missingLeft);
+        missingLeft -= missing;
+        previous = number;
+    }
+    return count;
 }
 
 // The four values of the second site are written, and shown, for this word only; the sender
@@ -106,57 +124,62 @@ bool isCopy(const QueueItem& item)
 
 QueueBatch::QueueBatch(IniDocument& document) : document_(document)
 {
-    const QString countSection = latin1(queuefile::kCountSection);
-    count_ = std::max(
-        0, PrivateProfile::toInt(document_.value(countSection, latin1(queuefile::kCountKey)), 0));
-    if (count_ > 0 && !document_.hasSection(sectionName(count_))) {
-        int last = 0;
-        for (const QString& name : document_.sectionNames())
-            last = std::max(last, itemNumber(name));
-        count_ = int(std::min<qint64>(count_, qint64(last) + kMaxMissingItems));
+    const int written = PrivateProfile::toInt(
+        document_.value(latin1(queuefile::kCountSection), latin1(queuefile::kCountKey)), 0);
+    count_ = readableCount(document_, std::max(0, written));
+    items_.reserve(std::size_t(count_));
+    queued_.reserve(std::size_t(count_));
+    for (int position = 1; position <= count_; ++position) {
+        items_.emplace_back().section = position;
+        queued_.push_back(position - 1);
     }
-    for (int position = 1; position <= count_; ++position)
-        slots_.emplace_back().origin = position;
-    order_.reserve(std::size_t(count_));
-    for (std::size_t i = 0; i < slots_.size(); ++i)
-        order_.push_back(i);
 }
 
 QueueBatch::~QueueBatch() = default;
 
+IniDocument& QueueBatch::documentOf(const Item& item)
+{
+    return item.section > 0 ? document_ : added_;
+}
+
+const IniDocument& QueueBatch::documentOf(const Item& item) const
+{
+    return item.section > 0 ? document_ : added_;
+}
+
+QString QueueBatch::sectionOf(const Item& item) const
+{
+    return item.section > 0 ? sectionName(item.section) : QString::number(item.added);
+}
+
 std::vector<std::optional<QString>> QueueBatch::valuesOf(
-    const Slot& slot, const QStringList& keys) const
+    const Item& item, const QStringList& keys) const
 {
-    if (slot.content)
-        return slot.content->values(kSlotSection, keys);
-    return document_.values(sectionName(slot.origin), keys);
+    return documentOf(item).values(sectionOf(item), keys);
 }
 
-int QueueBatch::attemptsOf(const Slot& slot) const
+QStringList QueueBatch::linesOf(const Item& item) const
 {
-    return PrivateProfile::toInt(valuesOf(slot, { keyNames()[NumTimes] }).front(), 1);
+    return documentOf(item).sectionLines(sectionOf(item));
 }
 
-QStringList QueueBatch::linesOf(const Slot& slot) const
+int QueueBatch::attemptsOf(const Item& item) const
 {
-    if (slot.content)
-        return slot.content->sectionLines(kSlotSection);
-    return document_.sectionLines(sectionName(slot.origin));
+    return PrivateProfile::toInt(valuesOf(item, { keyNames()[NumTimes] }).front(), 1);
 }
 
-QString QueueBatch::identityOf(const Slot& slot) const
+QStringList QueueBatch::identityOf(const Item& item) const
 {
-    const auto values = valuesOf(slot, identityNames());
-    const auto text = [&](Key key) {
-        return PrivateProfile::cutToBuffer(
-            values[key].value_or(QString()), PrivateProfile::kValueBuffer);
-    };
-    return identityKey(text(LocalName), text(RemoteName), text(Source), text(Destination));
+    QStringList identity;
+    for (const auto& value : valuesOf(item, identityNames()))
+        identity.append(
+            PrivateProfile::cutToBuffer(value.value_or(QString()), PrivateProfile::kValueBuffer));
+    return identity;
 }
 
-QueueItem QueueBatch::read(const Slot& slot, int position, QueueReader reader) const
+QueueItem QueueBatch::read(const Item& item, int position, QueueReader reader) const
 {
-    const auto values = valuesOf(slot, keyNames());
+    const auto values = valuesOf(item, keyNames());
     const bool sender = reader == QueueReader::Sender;
     const auto text = [&](Key key, int bufferSize = PrivateProfile::kValueBuffer) {
         return PrivateProfile::cutToBuffer(values[key].value_or(QString()), bufferSize);
@@ -164,46 +187,50 @@ QueueItem QueueBatch::read(const Slot& slot, int position, QueueReader reader) c
     const auto credential = [&](Key key) {
         return text(key, sender ? queuefile::kCredentialBuffer : PrivateProfile::kValueBuffer);
     };
-    QueueItem item;
-    item.position = position;
-    item.numTimes = PrivateProfile::toInt(values[NumTimes], 1);
-    item.status = PrivateProfile::toInt(values[Status], QueueItem::kIdle);
-    item.localName = text(LocalName);
-    item.remoteName = text(RemoteName);
-    item.source = text(Source);
-    item.destination = text(Destination);
-    item.reason = text(Reason);
-    item.remDirFile = text(RemDirFile);
-    item.locDirFile = text(LocDirFile);
-    item.remDir = text(RemDir);
-    item.password = credential(Password);
-    item.login = credential(Login);
-    item.ftpMethod
+    QueueItem result;
+    result.position = position;
+    result.numTimes = PrivateProfile::toInt(values[NumTimes], 1);
+    result.status = PrivateProfile::toInt(values[Status], QueueItem::kIdle);
+    result.localName = text(LocalName);
+    result.remoteName = text(RemoteName);
+    result.source = text(Source);
+    result.destination = text(Destination);
+    result.reason = text(Reason);
+    result.remDirFile = text(RemDirFile);
+    result.locDirFile = text(LocDirFile);
+    result.remDir = text(RemDir);
+    result.password = credential(Password);
+    result.login = credential(Login);
+    result.ftpMethod
         = PrivateProfile::cutToBuffer(values[FtpMethod].value_or(latin1(queuefile::kMethodPut)),
             sender ? queuefile::kMethodBuffer : PrivateProfile::kValueBuffer);
-    item.fileSize = text(FileSize);
-    item.port = text(Port);
-    if (sender ? item.direction() == TransferMode::Copy : isCopy(item)) {
-        item.remPassword = credential(RemPassword);
-        item.remLogin = credential(RemLogin);
-        item.remRemDir = text(RemRemDir);
-        item.remotePort = text(RemotePort);
+    result.fileSize = text(FileSize);
+    result.port = text(Port);
+    if (sender ? result.direction() == TransferMode::Copy : isCopy(result)) {
+        result.remPassword = credential(RemPassword);
+        result.remLogin = credential(RemLogin);
+        result.remRemDir = text(RemRemDir);
+        result.remotePort = text(RemotePort);
     }
-    return item;
+    return result;
 }
 
-QStringList QueueBatch::tailLines(int position) const
+bool QueueBatch::fitsBuffer(const Item& item) const
 {
-    const auto changed = tail_.find(position);
-    if (changed == tail_.end())
+    // The lines as read are no longer than their bytes, line breaks counting for the
+    // terminators: most sections fit without being looked at.
+    if (documentOf(item).sectionSize(sectionOf(item)) + 2 <= PrivateProfile::kSectionBuffer)
+        return true;
+    const QStringList lines = linesOf(item);
+    return PrivateProfile::cutSection(lines, PrivateProfile::kSectionBuffer) == lines;
+}
+
+QStringList QueueBatch::linesPastCount(int position) const
+{
+    const auto changed = pastCount_.find(position);
+    if (changed == pastCount_.end())
         return document_.sectionLines(sectionName(position));
     return changed->second.value_or(QStringList());
-}
-
-bool QueueBatch::untouched(const Slot& slot, int position)
-{
-    // A section that passes the buffer whole reads the same after it went through it.
-    return !slot.content && slot.origin == position;
 }
 
 std::vector<QueueItem> QueueBatch::items(QueueReader reader)
@@ -211,165 +238,185 @@ std::vector<QueueItem> QueueBatch::items(QueueReader reader)
     std::vector<QueueItem> result;
     result.reserve(std::size_t(count_));
     int position = 0;
-    for (const std::size_t index : order())
-        result.push_back(read(slots_[index], ++position, reader));
+    for (const int id : queuedIds())
+        result.push_back(read(items_[std::size_t(id)], ++position, reader));
     return result;
 }
 
-const std::vector<std::size_t>& QueueBatch::order()
+const std::vector<int>& QueueBatch::queuedIds()
 {
-    if (!orderValid_) {
-        order_.clear();
-        for (std::size_t i = 0; i < slots_.size(); ++i) {
-            if (slots_[i].alive)
-                order_.push_back(i);
+    if (!queuedValid_) {
+        queued_.clear();
+        for (std::size_t id = 0; id < items_.size(); ++id) {
+            if (items_[id].queued)
+                queued_.push_back(int(id));
         }
-        orderValid_ = true;
+        queuedValid_ = true;
     }
-    return order_;
+    return queued_;
 }
 
-std::optional<std::size_t> QueueBatch::findSlot(const QueueItem& item)
+void QueueBatch::indexIdentity(int id)
+{
+    Item& item = items_[std::size_t(id)];
+    item.identity = qHash(identityOf(item));
+    identities_.emplace(item.identity, id);
+}
+
+void QueueBatch::forgetIdentity(int id)
+{
+    if (!indexed_)
+        return;
+    auto [entry, end] = identities_.equal_range(items_[std::size_t(id)].identity);
+    for (; entry != end; ++entry) {
+        if (entry->second == id) {
+            identities_.erase(entry);
+            return;
+        }
+    }
+}
+
+std::optional<int> QueueBatch::findId(const QueueItem& item)
 {
     if (!indexed_) {
-        index_.reserve(count_);
-        for (const std::size_t index : order()) {
-            Slot& slot = slots_[index];
-            slot.identity = identityOf(slot);
-            index_[slot.identity].insert(index);
-        }
+        identities_.reserve(queuedIds().size());
+        for (const int id : queuedIds())
+            indexIdentity(id);
         indexed_ = true;
     }
-    const auto found = index_.constFind(
-        identityKey(item.localName, item.remoteName, item.source, item.destination));
-    if (found == index_.constEnd() || found->empty())
-        return std::nullopt;
-    return *found->begin();
+    const QStringList wanted { item.localName, item.remoteName, item.source, item.destination };
+    std::optional<int> first;
+    const auto [begin, end] = identities_.equal_range(qHash(wanted));
+    for (auto entry = begin; entry != end; ++entry) {
+        const int id = entry->second;
+        if ((!first || id < *first) && identityOf(items_[std::size_t(id)]) == wanted)
+            first = id;
+    }
+    return first;
 }
 
 std::optional<int> QueueBatch::find(const QueueItem& item)
 {
-    const auto index = findSlot(item);
-    if (!index)
+    const auto id = findId(item);
+    if (!id)
         return std::nullopt;
-    const auto& alive = order();
-    return int(std::lower_bound(alive.begin(), alive.end(), *index) - alive.begin()) + 1;
+    const auto& queued = queuedIds();
+    return int(std::lower_bound(queued.begin(), queued.end(), *id) - queued.begin()) + 1;
 }
 
-QueueBatch::Slot& QueueBatch::addSlot(const QStringList& lines)
+int QueueBatch::addItem(const QStringList& lines)
 {
-    const std::size_t index = slots_.size();
-    Slot& slot = slots_.emplace_back();
-    slot.content.emplace();
-    slot.content->replaceSection(kSlotSection, lines);
+    const int id = int(items_.size());
+    Item& item = items_.emplace_back();
+    item.added = ++addedSections_;
+    added_.replaceSection(sectionOf(item), lines);
     ++count_;
     countChanged_ = true;
-    tail_.erase(count_);
-    if (orderValid_)
-        order_.push_back(index);
-    return slot;
+    pastCount_.erase(count_);
+    if (queuedValid_)
+        queued_.push_back(id);
+    noteLength(id);
+    return id;
 }
 
-void QueueBatch::setKey(Slot& slot, int key, const QString& value)
+void QueueBatch::setKey(int id, int key, const QString& value)
 {
-    if (!slot.content) {
-        const QStringList lines = linesOf(slot);
-        slot.content.emplace();
-        slot.content->replaceSection(kSlotSection, lines);
-    }
-    slot.content->setValue(kSlotSection, keyNames()[key], value);
-    slot.fits.reset();
+    const Item& item = items_[std::size_t(id)];
+    documentOf(item).setValue(sectionOf(item), keyNames()[key], value);
+    changed_ = true;
+    noteLength(id);
 }
 
-void QueueBatch::move(std::size_t index)
+void QueueBatch::noteLength(int id)
 {
-    Slot& slot = slots_[index];
-    if (!slot.fits && !slot.content) {
-        // The lines as read are no longer than their bytes, line breaks counting for the
-        // terminators: most sections fit without being looked at.
-        const qsizetype bytes = document_.sectionSize(sectionName(slot.origin));
-        if (bytes + 2 <= PrivateProfile::kSectionBuffer)
-            slot.fits = true;
-    }
-    if (!slot.fits) {
-        const QStringList lines = linesOf(slot);
-        slot.fits = PrivateProfile::cutSection(lines, PrivateProfile::kSectionBuffer) == lines;
-    }
-    if (*slot.fits)
+    if (!tooLongKnown_ || !items_[std::size_t(id)].queued)
         return;
-    // Too long for the buffer: cut now, so that later reads and searches see what the file will.
+    if (fitsBuffer(items_[std::size_t(id)]))
+        tooLong_.erase(id);
+    else
+        tooLong_.insert(id);
+}
+
+void QueueBatch::findTooLong()
+{
+    if (tooLongKnown_)
+        return;
+    for (const int id : queuedIds()) {
+        if (!fitsBuffer(items_[std::size_t(id)]))
+            tooLong_.insert(id);
+    }
+    tooLongKnown_ = true;
+}
+
+void QueueBatch::passBuffer(int id)
+{
+    if (tooLong_.erase(id) == 0)
+        return;
+    // Cut now, so that later reads and searches see what the file will.
+    const Item& item = items_[std::size_t(id)];
     const QStringList cut
-        = PrivateProfile::cutSection(linesOf(slot), PrivateProfile::kSectionBuffer);
-    slot.content.emplace();
-    slot.content->replaceSection(kSlotSection, cut);
-    slot.fits = true;
-    if (indexed_) {
-        index_[slot.identity].erase(index);
-        addToIndex(index);
-    }
-}
-
-void QueueBatch::addToIndex(std::size_t index)
-{
-    if (!indexed_)
-        return;
-    Slot& slot = slots_[index];
-    slot.identity = identityOf(slot);
-    index_[slot.identity].insert(index);
-}
-
-void QueueBatch::kill(std::size_t index, bool displaced)
-{
-    Slot& slot = slots_[index];
-    slot.alive = false;
-    slot.displaced = displaced;
-    orderValid_ = false;
+        = PrivateProfile::cutSection(linesOf(item), PrivateProfile::kSectionBuffer);
+    forgetIdentity(id);
+    documentOf(item).replaceSection(sectionOf(item), cut);
+    changed_ = true;
     if (indexed_)
-        index_[slot.identity].erase(index);
+        indexIdentity(id);
 }
 
-void QueueBatch::leaveBehind(const Slot& slot, int position)
+void QueueBatch::dropItem(int id, bool leavesGap)
 {
-    if (!untouched(slot, position))
-        tail_[position] = linesOf(slot);
+    Item& item = items_[std::size_t(id)];
+    forgetIdentity(id);
+    item.queued = false;
+    item.leavesGap = leavesGap;
+    queuedValid_ = false;
+    tooLong_.erase(id);
+}
+
+void QueueBatch::leaveLinesAt(int id, int position)
+{
+    // A section that did not move holds the item's lines already.
+    const Item& item = items_[std::size_t(id)];
+    if (item.section != position)
+        pastCount_[position] = linesOf(item);
 }
 
 void QueueBatch::appendFailed(const QueueItem& item)
 {
-    if (const auto found = findSlot(item)) {
-        Slot& slot = slots_[*found];
-        setKey(slot, NumTimes, QString::number(qint64(attemptsOf(slot)) + 1));
-        setKey(slot, Status, QString::number(QueueItem::kIdle));
+    if (const auto id = findId(item)) {
+        setKey(*id, NumTimes, QString::number(qint64(attemptsOf(items_[std::size_t(*id)])) + 1));
+        setKey(*id, Status, QString::number(QueueItem::kIdle));
         return;
     }
-    // The new section starts from whatever a dead item left there.
-    Slot& slot = addSlot(tailLines(count_ + 1));
+    // The new section starts from whatever an item that left put there.
+    const int id = addItem(linesPastCount(count_ + 1));
     const auto texts = textsOf(item);
-    setKey(slot, NumTimes, QStringLiteral("1"));
+    setKey(id, NumTimes, QStringLiteral("1"));
     for (const Key key : { LocalName, RemoteName, RemDirFile, LocDirFile, Reason, Password, Login,
              RemDir, Source, Destination, FtpMethod })
-        setKey(slot, key, texts[key]);
+        setKey(id, key, texts[key]);
     if (isCopy(item)) {
         for (const Key key : { RemPassword, RemLogin, RemRemDir, RemotePort })
-            setKey(slot, key, texts[key]);
+            setKey(id, key, texts[key]);
     }
-    setKey(slot, FileSize, texts[FileSize]);
-    setKey(slot, Port, texts[Port]);
-    setKey(slot, Status, QString::number(QueueItem::kIdle));
-    addToIndex(slots_.size() - 1);
+    setKey(id, FileSize, texts[FileSize]);
+    setKey(id, Port, texts[Port]);
+    setKey(id, Status, QString::number(QueueItem::kIdle));
+    indexIdentity(id);
 }
 
 bool QueueBatch::removeSent(const QueueItem& item)
 {
-    const auto found = findSlot(item);
-    if (!found)
+    const auto id = findId(item);
+    if (!id)
         return false;
-    kill(*found, true);
-    for (std::size_t i = *found + 1; i < slots_.size(); ++i) {
-        if (slots_[i].alive)
-            move(i);
-    }
-    tail_[count_] = QStringList();
+    findTooLong();
+    dropItem(*id, true);
+    // Every later item moves down one section; only the too long ones change as they do.
+    for (auto later = tooLong_.upper_bound(*id); later != tooLong_.end();
+         later = tooLong_.upper_bound(*id))
+        passBuffer(*later);
+    pastCount_[count_] = QStringList();
     --count_;
     countChanged_ = true;
     return true;
@@ -379,44 +426,43 @@ void QueueBatch::markSending(int position)
 {
     if (position < 1 || position > count_)
         return;
-    setKey(
-        slots_[order()[std::size_t(position - 1)]], Status, QString::number(QueueItem::kSending));
+    setKey(queuedIds()[std::size_t(position - 1)], Status, QString::number(QueueItem::kSending));
 }
 
 void QueueBatch::resetAllIdle()
 {
-    for (const std::size_t index : order())
-        setKey(slots_[index], Status, QString::number(QueueItem::kIdle));
+    for (const int id : queuedIds())
+        setKey(id, Status, QString::number(QueueItem::kIdle));
 }
 
 void QueueBatch::purgeByAttempts(int limit)
 {
+    findTooLong();
     const int before = count_;
     int kept = 0;
-    // A copy: killing a slot invalidates the order.
-    const std::vector<std::size_t> alive = order();
-    for (const std::size_t index : alive) {
-        Slot& slot = slots_[index];
-        if (attemptsOf(slot) <= limit) {
+    // A copy: an item that leaves changes the list.
+    const std::vector<int> queued = queuedIds();
+    for (const int id : queued) {
+        if (attemptsOf(items_[std::size_t(id)]) <= limit) {
             ++kept;
-            move(index); // copied through the buffer, onto itself when nothing before it went
+            passBuffer(id); // copied through the buffer, onto itself when nothing before it went
         } else {
-            kill(index, true);
+            dropItem(id, true);
         }
     }
     for (int position = kept + 1; position <= before; ++position)
-        tail_[position] = QStringList();
+        pastCount_[position] = QStringList();
     count_ = kept;
     countChanged_ = true;
 }
 
 void QueueBatch::clear()
 {
-    const std::vector<std::size_t> alive = order();
+    const std::vector<int> queued = queuedIds();
     int position = 0;
-    for (const std::size_t index : alive) {
-        leaveBehind(slots_[index], ++position);
-        kill(index, false);
+    for (const int id : queued) {
+        leaveLinesAt(id, ++position);
+        dropItem(id, false);
     }
     count_ = 0;
     countChanged_ = true;
@@ -425,82 +471,80 @@ void QueueBatch::clear()
 void QueueBatch::rewrite(const std::vector<QueueItem>& rows, int deleted)
 {
     // Each row is written key by key over what its section holds now.
+    const std::vector<int> queued = queuedIds();
     std::vector<QStringList> bases;
-    const std::vector<std::size_t> alive = order();
     for (std::size_t r = 0; r < rows.size(); ++r) {
-        const int position = int(r) + 1;
-        bases.push_back(r < alive.size() ? linesOf(slots_[alive[r]]) : tailLines(position));
+        bases.push_back(r < queued.size() ? linesOf(items_[std::size_t(queued[r])])
+                                          : linesPastCount(int(r) + 1));
     }
     int position = 0;
-    for (const std::size_t index : alive) {
+    for (const int id : queued) {
         if (++position > int(rows.size()))
-            leaveBehind(slots_[index], position);
-        kill(index, false);
+            leaveLinesAt(id, position);
+        dropItem(id, false);
     }
     count_ = 0;
     for (std::size_t r = 0; r < rows.size(); ++r) {
         const QueueItem& row = rows[r];
-        Slot& slot = addSlot(bases[r]);
+        const int id = addItem(bases[r]);
         const auto texts = textsOf(row);
         for (int key = LocalName; key < kKeyCount; ++key) {
             if (key < RemPassword || isCopy(row))
-                setKey(slot, key, texts[std::size_t(key)]);
+                setKey(id, key, texts[std::size_t(key)]);
             else
-                slot.content->removeKey(kSlotSection, keyNames()[key]);
+                added_.removeKey(sectionOf(items_[std::size_t(id)]), keyNames()[key]);
         }
-        addToIndex(slots_.size() - 1);
+        noteLength(id);
+        if (indexed_)
+            indexIdentity(id);
     }
     countChanged_ = true;
     for (int gone = int(rows.size()) + 1; gone <= deleted; ++gone)
-        tail_[gone] = std::nullopt;
+        pastCount_[gone] = std::nullopt;
 }
 
 bool QueueBatch::flush()
 {
-    bool changed = false;
     // The count first, so that a new file starts with it.
     if (countChanged_) {
         document_.setValue(latin1(queuefile::kCountSection), latin1(queuefile::kCountKey),
             QString::number(count_));
-        changed = true;
+        changed_ = true;
     }
-    // The sections of the items that left make way; the items after them take their names in
+    // The sections of the items removed make way; the items after them take their names in
     // ascending order, so that each name is free when it is taken.
-    QStringList displaced;
-    for (const Slot& slot : slots_) {
-        if (slot.displaced && slot.origin > 0)
-            displaced.append(sectionName(slot.origin));
+    QStringList gaps;
+    for (const Item& item : items_) {
+        if (item.leavesGap && item.section > 0)
+            gaps.append(sectionName(item.section));
     }
-    if (!displaced.isEmpty()) {
-        document_.removeSections(displaced);
-        changed = true;
+    if (!gaps.isEmpty()) {
+        document_.removeSections(gaps);
+        changed_ = true;
     }
     int position = 0;
-    for (const std::size_t index : order()) {
-        const Slot& slot = slots_[index];
-        ++position;
-        if (untouched(slot, position))
+    for (const int id : queuedIds()) {
+        const Item& item = items_[std::size_t(id)];
+        if (item.section == ++position)
             continue;
-        changed = true;
+        changed_ = true;
         const QString name = sectionName(position);
-        const bool renamed
-            = slot.origin > 0 && document_.renameSection(sectionName(slot.origin), name);
-        if (slot.content || !renamed)
-            document_.replaceSection(name, linesOf(slot));
+        if (item.section == 0 || !document_.renameSection(sectionName(item.section), name))
+            document_.replaceSection(name, linesOf(item));
     }
     QStringList gone;
-    for (const auto& [tailPosition, lines] : tail_) {
-        if (tailPosition <= count_)
+    for (const auto& [pastPosition, lines] : pastCount_) {
+        if (pastPosition <= count_)
             continue;
         if (lines)
-            document_.replaceSection(sectionName(tailPosition), *lines);
+            document_.replaceSection(sectionName(pastPosition), *lines);
         else
-            gone.append(sectionName(tailPosition));
-        changed = true;
+            gone.append(sectionName(pastPosition));
+        changed_ = true;
     }
     if (!gone.isEmpty())
         document_.removeSections(gone);
-    return changed;
+    return changed_;
 }
 
 } // namespace zelto

@@ -3,15 +3,14 @@
 #include "platform/IniDocument.h"
 #include "queue/QueueItem.h"
 
-#include <QHash>
 #include <QString>
 #include <QStringList>
 
 #include <cstddef>
-#include <deque>
 #include <map>
 #include <optional>
 #include <set>
+#include <unordered_map>
 #include <vector>
 
 namespace zelto {
@@ -24,22 +23,24 @@ enum class QueueReader { Window, Sender };
 // the document read under the file's lock, and flush() writes the result into it, so that all
 // the outcomes of a job, or a whole send, cost one read and one write of the file.
 //
-// Each section holds what the operations would leave run one by one: a removal moves the later
+// The file ends as the operations run one by one would leave it: a removal moves the later
 // sections down through the section buffer (a section too long for it is cut as it moves), an
 // emptied section keeps its header, and sections past the count keep what they held. To keep a
-// batch over ten thousand items linear, each item is a slot whose section number is settled
-// only in flush(), where a moved section keeps its lines and takes its new name (so sections may
-// stand in another order in the file), and searches go through an index of the identities.
+// large batch linear, the items are a list in queue order that only grows: an item that leaves
+// stays in it, marked, and the new section names are given in flush(), where a section that
+// moves keeps its lines and takes its new name (so sections may stand in another order in the
+// file). An item's lines stay in the section it was read from and are changed there; an item
+// added in this batch has its lines in a document of its own until flush().
 class QueueBatch final {
 public:
-    // Reads the count; a negative one is 0, and one far beyond the last item section (a damaged
-    // file) is cut to kMaxMissingItems past it.
+    // Reads the count; a negative one is 0. A number without a section is an item of default
+    // values, kMaxMissingItems of them at most: the queue ends before the next (a damaged count
+    // may name billions).
     explicit QueueBatch(IniDocument& document);
     ~QueueBatch();
     QueueBatch(const QueueBatch&) = delete;
     QueueBatch& operator=(const QueueBatch&) = delete;
 
-    // Items that a count larger than the sections may name, each read with default values.
     static constexpr int kMaxMissingItems = 1000;
 
     [[nodiscard]] int count() const { return count_; }
@@ -71,53 +72,66 @@ public:
     bool flush();
 
 private:
-    struct Slot {
-        int origin = 0; // the section it was read from; 0 for an item made in this batch
-        // Its lines once changed or cut, as a document of one section; until then the
-        // origin's section holds them, and moves with the item under a new name.
-        std::optional<IniDocument> content;
-        std::optional<bool> fits; // whether it passes the section buffer whole
-        bool alive = true;
-        // Removed or purged: its section makes way for the items after it.
-        bool displaced = false;
-        QString identity; // while the index is built
+    // An item, by its place in items_ (its id): ids grow in queue order.
+    struct Item {
+        int section = 0; // the number of the section it was read from; 0 when added in this batch
+        int added = 0; // its section in added_, when added in this batch
+        bool queued = true; // false once it has left the queue
+        bool leavesGap = false; // removed: the items after it move down into its section
+        std::size_t identity = 0; // the hash of its identity, once the index is built
     };
 
+    [[nodiscard]] IniDocument& documentOf(const Item& item);
+    [[nodiscard]] const IniDocument& documentOf(const Item& item) const;
+    [[nodiscard]] QString sectionOf(const Item& item) const;
     [[nodiscard]] std::vector<std::optional<QString>> valuesOf(
-        const Slot& slot, const QStringList& keys) const;
-    [[nodiscard]] int attemptsOf(const Slot& slot) const;
-    [[nodiscard]] QStringList linesOf(const Slot& slot) const;
-    [[nodiscard]] QString identityOf(const Slot& slot) const;
-    [[nodiscard]] QueueItem read(const Slot& slot, int position, QueueReader reader) const;
-    // What section `position` past the count holds now.
-    [[nodiscard]] QStringList tailLines(int position) const;
-    [[nodiscard]] static bool untouched(const Slot& slot, int position);
+        const Item& item, const QStringList& keys) const;
+    [[nodiscard]] QStringList linesOf(const Item& item) const;
+    [[nodiscard]] int attemptsOf(const Item& item) const;
+    [[nodiscard]] QStringList identityOf(const Item& item) const;
+    [[nodiscard]] QueueItem read(const Item& item, int position, QueueReader reader) const;
+    [[nodiscard]] bool fitsBuffer(const Item& item) const;
+    // What section `position`, past the count, holds now.
+    [[nodiscard]] QStringList linesPastCount(int position) const;
 
-    Slot& addSlot(const QStringList& lines);
-    void setKey(Slot& slot, int key, const QString& value);
-    // The slot passes through the section buffer.
-    void move(std::size_t index);
-    // Adds a slot made or rewritten in this batch to the index, once there is one.
-    void addToIndex(std::size_t index);
-    void kill(std::size_t index, bool displaced);
-    // A slot whose position falls past the count leaves its lines there.
-    void leaveBehind(const Slot& slot, int position);
-    [[nodiscard]] std::optional<std::size_t> findSlot(const QueueItem& item);
-    [[nodiscard]] const std::vector<std::size_t>& order();
+    [[nodiscard]] const std::vector<int>& queuedIds();
+    [[nodiscard]] std::optional<int> findId(const QueueItem& item);
+    void indexIdentity(int id);
+    void forgetIdentity(int id);
+
+    // A new item at the end of the queue, starting from `lines`.
+    int addItem(const QStringList& lines);
+    void setKey(int id, int key, const QString& value);
+    // Keeps tooLong_ up to date after the item's lines changed.
+    void noteLength(int id);
+    void findTooLong();
+    // The item passes through the section buffer, as a section that moves down does.
+    void passBuffer(int id);
+    // The item leaves the queue; with `leavesGap` its section goes and the later items move down.
+    void dropItem(int id, bool leavesGap);
+    // An item that leaves its lines in section `position`, past the new count.
+    void leaveLinesAt(int id, int position);
 
     IniDocument& document_;
-    std::deque<Slot> slots_; // in file order; dead slots stay until the end
+    // The lines of the items added in this batch, a section each, named by its number.
+    IniDocument added_;
+    int addedSections_ = 0;
+    std::vector<Item> items_;
     int count_ = 0;
     bool countChanged_ = false;
-    // The alive slots in order, rebuilt after a removal.
-    std::vector<std::size_t> order_;
-    bool orderValid_ = true;
-    // Identity -> the alive slots of that identity; built by the first search.
-    QHash<QString, std::set<std::size_t>> index_;
+    bool changed_ = false; // an item's lines changed
+    // The ids of the queued items in order: the positions; rebuilt after a removal.
+    std::vector<int> queued_;
+    bool queuedValid_ = true;
+    // Identity hash -> the queued items of that hash; built by the first search.
+    std::unordered_multimap<std::size_t, int> identities_;
     bool indexed_ = false;
+    // The queued items known to be too long for the section buffer; found at the first removal.
+    std::set<int> tooLong_;
+    bool tooLongKnown_ = false;
     // Sections past the count that change: their new lines (empty: the header alone), or
     // nothing when the section goes whole.
-    std::map<int, std::optional<QStringList>> tail_;
+    std::map<int, std::optional<QStringList>> pastCount_;
 };
 
 } // namespace zelto

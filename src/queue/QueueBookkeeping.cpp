@@ -107,8 +107,9 @@ void QueueBookkeeping::record(const SiteOutcome& outcome, bool distribution)
     else if (outcome.mode == TransferMode::Copy)
         to = outcome.target ? outcome.target->server : QString();
 
-    // In list order: a name may come twice (from two folders), once failed and once sent.
-    std::vector<std::pair<QueueItem, bool>> changes; // the item, and whether it was sent
+    // In list order: a name may come twice (from two folders), once failed and once sent. Each
+    // file's queue item is made in the update, so that a large job never holds them all.
+    std::vector<std::pair<const FileEntry*, bool>> changes; // the file, and whether it was sent
     for (const FileEntry& file : outcome.files) {
         const bool sent = file.result == FileEntry::kSent;
         if (!sent) {
@@ -124,7 +125,7 @@ void QueueBookkeeping::record(const SiteOutcome& outcome, bool distribution)
         }
         // A file sent whole leaves the queue, an empty one too (nothing moved, yet it arrived).
         if (sent || resend)
-            changes.emplace_back(itemOf(outcome, file), sent);
+            changes.emplace_back(&file, sent);
     }
     const bool purge = !distribution && resend
         && SettingsStore::get(settings::schedule::kResendFreq)
@@ -132,11 +133,11 @@ void QueueBookkeeping::record(const SiteOutcome& outcome, bool distribution)
     if (changes.empty() && !purge)
         return;
     store_.update([&](QueueBatch& batch) {
-        for (const auto& [item, sent] : changes) {
+        for (const auto& [file, sent] : changes) {
             if (sent)
-                batch.removeSent(item);
+                batch.removeSent(itemOf(outcome, *file));
             else
-                batch.appendFailed(item);
+                batch.appendFailed(itemOf(outcome, *file));
         }
         if (purge)
             batch.purgeByAttempts(SettingsStore::get(settings::schedule::kResendFreqNum));

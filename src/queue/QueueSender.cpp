@@ -83,6 +83,10 @@ std::vector<QueueSender::Group> QueueSender::groupsOf(const std::vector<QueueIte
     std::vector<Group> groups;
     for (const QString& key : keys) {
         const QStringList words = key.simplified().split(u' ', Qt::SkipEmptyParts);
+        // A side missing names no site to connect to: the items stay idle instead of failing
+        // again. Every item that has no section is such an item.
+        if (words.size() < 2)
+            continue;
         Group group { words.value(0), words.value(1), {} };
         group.positions = pairs.value({ group.source, group.destination });
         groups.push_back(std::move(group));

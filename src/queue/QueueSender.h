@@ -53,7 +53,8 @@ public:
     [[nodiscard]] bool starting() const;
 
     // A pair is the key "Source Destination" split back at its blanks: a host name with a blank
-    // does not survive the trip and its items are not sent.
+    // does not survive the trip and its items are not sent, nor are those of a key that gives
+    // fewer than two words (an empty Source or Destination).
     [[nodiscard]] static std::vector<Group> groupsOf(const std::vector<QueueItem>& items);
     // The job of one group's items, as the sender read them: the direction and the site's (and a
     // copy's target's) login data of the last item.

@@ -2,6 +2,7 @@
 
 #include "TestFiles.h"
 #include "platform/FileLock.h"
+#include "platform/IniDocument.h"
 
 #include <QDir>
 #include <QFile>
@@ -110,6 +111,25 @@ TEST_F(PrivateProfileTest, WritesChangeOnlyWhatTheyName)
         EXPECT_TRUE(c.change(path()));
         EXPECT_EQ(contents(path()), c.after);
     }
+}
+
+// One write of many new lines, and of one longer than any block they are kept in: each keeps its
+// own text.
+TEST_F(PrivateProfileTest, ManyChangesInOneWriteKeepEachLine)
+{
+    constexpr int kSections = 20'000;
+    const QString longValue(100'000, u'v');
+    writeFile(path(), "[S0]\nk=old\n");
+    EXPECT_TRUE(PrivateProfile::update(path(), [&](IniDocument& document) {
+        for (int i = 0; i < kSections; ++i)
+            document.setValue(QStringLiteral("S%1").arg(i), "k", QString::number(i));
+        document.setValue("S0", "long", longValue);
+        return true;
+    }));
+    QByteArray expected = "[S0]\nk=0\nlong=" + longValue.toUtf8() + "\n";
+    for (int i = 1; i < kSections; ++i)
+        expected += "[S" + QByteArray::number(i) + "]\nk=" + QByteArray::number(i) + "\n";
+    EXPECT_EQ(contents(path()), expected);
 }
 
 TEST_F(PrivateProfileTest, SectionReadFitsTheBuffer)

@@ -35,6 +35,9 @@ TEST(QueueSenderTest, OneGroupPerPairWithAnIdleItem)
         { "pairs in the order first met", { "Local|A|0", "B|Local|0", "Local|A|0" },
             { "Local|A|1 3", "B|Local|2" } },
         { "a host with a blank does not survive the key", { "Local|my host|0" }, { "Local|my|" } },
+        // Items without a section are of this kind; sent, they would go nowhere and come back.
+        { "a pair with a side missing is not sent", { "||0", "Local||0", "|A|0", "Local|A|0" },
+            { "Local|A|4" } },
     };
     for (const auto& c : cases) {
         std::vector<QueueItem> items;

@@ -184,9 +184,47 @@ TEST_F(QueueStoreTest, BadFilesReadWithoutHarmAndKeepTheirReadableItems)
         EXPECT_TRUE(store.appendFailed(named("new")));
         EXPECT_EQ(namesOf(store.loadAll()), c.names + QStringList { "new" });
     }
-    // A count far past the last section is not taken at its word.
-    writeFile(path(), "[QUEUE]\nNumQueues=2000000000\n" + one);
-    EXPECT_EQ(QueueStore(path()).count(), 1 + QueueBatch::kMaxMissingItems);
+}
+
+// A count far past the sections costs what the file holds, whether or not a section of its
+// number is there: items without a section are read up to kMaxMissingItems in all.
+TEST_F(QueueStoreTest, DamagedCountsCostNoMoreThanTheFile)
+{
+    constexpr int kMissing = QueueBatch::kMaxMissingItems;
+    const struct {
+        const char* count;
+        std::vector<int> sections; // after QUEUE1, each holding an item
+        int items;
+    } cases[] = {
+        { "2147483647", {}, 1 + kMissing },
+        { "2147483647", { 2147483647 }, 1 + kMissing },
+        { "10000000", {}, 1 + kMissing },
+        { "10000000", { 10000000 }, 1 + kMissing },
+        { "-1", {}, 0 },
+        { "-1", { -1 }, 0 },
+        // Two gaps that together hold too many.
+        { "1200", { 600, 1200 }, 600 + (kMissing - 598) },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.count) + ", sections " + std::to_string(c.sections.size()));
+        QByteArray file = QByteArray("[QUEUE]\nNumQueues=") + c.count + "\n[QUEUE1]\nLocalName=a\n";
+        for (const int number : c.sections)
+            file += "[QUEUE" + QByteArray::number(number) + "]\nLocalName=z\n";
+        writeFile(path(), file);
+        QueueStore store(path());
+        EXPECT_EQ(store.count(), c.items);
+        const auto items = store.loadAll();
+        ASSERT_EQ(items.size(), std::size_t(c.items));
+        if (c.items > 1) {
+            EXPECT_EQ(QStringList({ items.front().localName, items.back().localName }),
+                QStringList({ "a", "" }));
+        }
+        EXPECT_TRUE(store.appendFailed(named("new")));
+        EXPECT_EQ(store.find(named("new")), c.items + 1);
+        // The count and the new item's section (its keys, most of them empty) are all that was
+        // written: no section for an item that has none.
+        EXPECT_LT(test::contents(path()).size(), file.size() + 200);
+    }
 }
 
 } // namespace
