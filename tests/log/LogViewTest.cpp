@@ -19,8 +19,8 @@
 
 #include <memory>
 #include <optional>
-#include <tuple>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace zelto::test {
@@ -308,19 +308,14 @@ TEST_F(LogViewTest, PrintingDrawsThePagesOfThePrintersRange)
         write(ids::kLogFtpTransferComplete, QString::number(i));
     deliver();
 
-    struct Case {
-        int from;
-        int to;
-        int pages;
-    };
-    const Case cases[] = { { 0, 0, 3 }, { 2, 2, 1 }, { 2, 9, 2 } };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.from);
-        const QString pdf = settings_.root() + QStringLiteral("/log%1.pdf").arg(c.from);
+    // The printer's range (0 to 0: all), the pages printed.
+    const std::tuple<int, int, int> cases[] = { { 0, 0, 3 }, { 2, 2, 1 }, { 2, 9, 2 } };
+    for (const auto& [from, to, pages] : cases) {
+        const QString pdf = settings_.root() + QStringLiteral("/log%1.pdf").arg(from);
         printer.setOutputFileName(pdf);
-        printer.setFromTo(c.from, c.to);
+        printer.setFromTo(from, to);
         view_->printDocument(&printer);
-        EXPECT_EQ(contents(pdf).count("/Type /Page\n"), c.pages);
+        EXPECT_EQ(contents(pdf).count("/Type /Page\n"), pages) << from;
     }
 }
 
