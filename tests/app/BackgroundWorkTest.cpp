@@ -4,28 +4,24 @@
 #include "app/BackgroundWork.h"
 
 #include "DataFiles.h"
+#include "SilentPlayer.h"
 #include "TempSettings.h"
 #include "TestWait.h"
 #include "app/ProgramServices.h"
-#include "options/SoundPlayer.h"
+#include "ftp/FtpErrors.h"
 #include "platform/ConsoleNotifier.h"
+#include "platform/StringTable.h"
 #include "queue/QueueStore.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/DataFolders.h"
 #include "settings/SettingsStore.h"
 
-#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace zelto::test {
 namespace {
-
-class SilentPlayer final : public SoundPlayer {
-public:
-    void playFile(const QString&) override { }
-};
 
 // Link `name` sends `file` of `folder` to the server, logging in with `password`.
 void makeLink(const QString& name, const FtpServer& server, const QString& password,
@@ -42,10 +38,7 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
 {
     if (const auto reason = FtpServer::unavailableReason())
         GTEST_SKIP() << reason->toStdString();
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = { name, nullptr };
-    QCoreApplication app(argc, argv);
+    EventLoop loop;
     TempSettings settings;
     SettingsStore::set(settings::schedule::kResendFail, 1);
     FtpServer server;
@@ -98,6 +91,9 @@ TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued
                                  << queued.back().reason.toStdString();
     EXPECT_EQ(queued[0].localName, QStringLiteral("refused.bin"));
     EXPECT_EQ(queued[0].numTimes, 1);
+    // A file never tried carries the reason of its site's failed connect.
+    EXPECT_TRUE(queued[0].reason.startsWith(StringTable::errorMessage(inet::kLoginFailed)))
+        << queued[0].reason.toStdString();
 }
 
 } // namespace

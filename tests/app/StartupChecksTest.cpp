@@ -24,25 +24,13 @@ TEST(StartupChecks, RefusesBadScriptsAndMissingLinks)
              DataFolders::linkFile(QStringLiteral("nightly")) })
         test::writeFile(file, {});
 
-    struct Case {
-        QString script;
-        QString link;
-        int refusal;
-    };
-    const Case cases[] = {
-        { root + QStringLiteral("/notes.txt"), {}, ids::kScriptOpenFailed },
-        { root + QStringLiteral("/run.CMD"), {}, 0 },
-        { root + QStringLiteral("/missing.cmd"), {}, ids::kScriptOpenFailed },
-        { root + QStringLiteral("/run.cmd.bak"), {}, ids::kScriptOpenFailed },
-        { root + QStringLiteral("/folder.cmd"), {}, ids::kScriptOpenFailed },
-        { {}, QStringLiteral("nightly"), 0 },
-        { {}, QStringLiteral("weekly"), ids::kLinkNotFound },
-    };
-    for (const Case& c : cases) {
-        const StartRequest request { c.script, c.link, true };
-        EXPECT_EQ(StartupChecks::refusal(request), c.refusal)
-            << c.script.toStdString() << c.link.left(20).toStdString();
-    }
+    const std::pair<const char*, int> scripts[] = { { "/notes.txt", ids::kScriptOpenFailed },
+        { "/run.CMD", 0 }, { "/missing.cmd", ids::kScriptOpenFailed },
+        { "/run.cmd.bak", ids::kScriptOpenFailed }, { "/folder.cmd", ids::kScriptOpenFailed } };
+    for (const auto& [script, refusal] : scripts)
+        EXPECT_EQ(StartupChecks::refusal({ root + script, {}, true }), refusal) << script;
+    EXPECT_EQ(StartupChecks::refusal({ {}, QStringLiteral("nightly"), true }), 0);
+    EXPECT_EQ(StartupChecks::refusal({ {}, QStringLiteral("weekly"), true }), ids::kLinkNotFound);
 }
 
 TEST(StartupChecks, EmptyQueueRuleOnlyForChoiceZero)

@@ -120,22 +120,17 @@ TEST_F(FtpViewTest, ChooserFiltersByNameOrServer)
     writeProfile("shop/acme", "Host=ftp.acme.test\n");
     writeProfile("shop/zeta", "Host=files.zeta.test\n");
     writeProfile("mirror", "Host=acme-mirror.test\n");
-    struct Case {
-        const char* filter;
-        QStringList chosen;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, QStringList> cases[] = {
         { "", { profile("mirror"), profile("shop/acme"), profile("shop/zeta") } },
         { "ACME", { profile("mirror"), profile("shop/acme") } },
         { "zeta", { profile("shop/zeta") } },
         { "nothing", {} },
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.filter);
+    for (const auto& [filter, chosen] : cases) {
         CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root());
-        chooser.findChild<QLineEdit*>()->setText(QLatin1String(c.filter));
+        chooser.findChild<QLineEdit*>()->setText(QLatin1String(filter));
         chooser.findChild<QTreeView*>()->selectAll();
-        EXPECT_EQ(chooser.chosen(), c.chosen);
+        EXPECT_EQ(chooser.chosen(), chosen) << filter;
     }
 }
 

@@ -113,39 +113,35 @@ TEST_F(CopyEngineTest, CopyFileIsByteExactThroughTheBoundedBuffer)
     auto target = session();
     ASSERT_TRUE(source->connectJob(siteOf(*server_)).ok());
     ASSERT_TRUE(target->connectJob(siteOf(*to_)).ok());
-    const struct {
-        qint64 size;
-        int readBuffer;
-        int writeBuffer;
-    } cases[] = {
+    // Size, read buffer, write buffer.
+    const std::tuple<qint64, int, int> cases[] = {
         { 0, 4096, 4096 }, // an empty source still makes an empty target
         { 1, 4096, 4096 },
         { 9'000'011, 4096, 1000 }, // more than the buffer between the two transfers
         { 3'000'017, 1000, 4096 },
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.size);
-        SettingsStore::set(settings::ftp::kReadBuffer, c.readBuffer);
-        SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
-        const auto name = QStringLiteral("c%1.bin").arg(c.size);
-        ASSERT_TRUE(makeFile(home() + u'/' + name, c.size, quint64(c.size)));
+    for (const auto& [size, readBuffer, writeBuffer] : cases) {
+        SCOPED_TRACE(size);
+        SettingsStore::set(settings::ftp::kReadBuffer, readBuffer);
+        SettingsStore::set(settings::ftp::kWriteBuffer, writeBuffer);
+        const auto name = QStringLiteral("c%1.bin").arg(size);
+        ASSERT_TRUE(makeFile(home() + u'/' + name, size, quint64(size)));
         const auto before = TransferCounters::instance().snapshot();
-        const auto result
-            = copyFile(*source, *target, { .from = name, .to = name, .size = c.size });
+        const auto result = copyFile(*source, *target, { .from = name, .to = name, .size = size });
         ASSERT_TRUE(result.ok()) << result.text().toStdString();
         const auto stored = to_->home() + u'/' + name;
-        EXPECT_TRUE(waitUntil([&] { return QFileInfo(stored).size() == c.size; }, 5s));
+        EXPECT_TRUE(waitUntil([&, size = size] { return QFileInfo(stored).size() == size; }, 5s));
         EXPECT_TRUE(sameBytes(home() + u'/' + name, stored));
         const auto after = TransferCounters::instance().snapshot();
         EXPECT_EQ(after.filesTransferred - before.filesTransferred, 1);
-        EXPECT_EQ(after.remoteBytesRead - before.remoteBytesRead, c.size);
-        EXPECT_EQ(after.remoteBytesWritten - before.remoteBytesWritten, c.size);
+        EXPECT_EQ(after.remoteBytesRead - before.remoteBytesRead, size);
+        EXPECT_EQ(after.remoteBytesWritten - before.remoteBytesWritten, size);
     }
     EXPECT_EQ(server_->commandCount("USER"), 1);
     EXPECT_EQ(to_->commandCount("USER"), 1);
 }
 
-TEST_F(CopyEngineTest, CopiesByteExactIntoEachPlacementBetweenTwoServers)
+TEST_F(CopyEngineTest, CopiesByteExactIntoEachPlacementBetweenTwoServersOrSessions)
 {
     for (const auto* dirTree :
         { settings::config::kDirTreeNoPath, settings::config::kDirTreeFullPath }) {
@@ -154,12 +150,8 @@ TEST_F(CopyEngineTest, CopiesByteExactIntoEachPlacementBetweenTwoServers)
         ASSERT_TRUE(QDir(to_->home()).mkpath(folder.mid(1)));
         expectCopied(siteOf(*server_), home(), {}, siteOf(*to_), to_->home(), folder, dirTree);
     }
-}
-
-// On a real server, whose sessions are processes of their own: the fixture's one-process
-// server can stall an upload that runs beside a download of its own.
-TEST_F(CopyEngineTest, CopiesBetweenTwoSessionsOfOneServer)
-{
+    // Two sessions of one real server, whose sessions are processes of their own: the fixture's
+    // one-process server can stall an upload that runs beside a download of its own.
     SKIP_WITHOUT(Vsftpd);
     Vsftpd server;
     const auto pub = u'/' + Vsftpd::uploadFolder();

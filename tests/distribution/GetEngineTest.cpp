@@ -48,20 +48,16 @@ TEST_F(GetEngineTest, EachModeMirrorsTheRemoteFolders)
     remoteFile(QStringLiteral("data/2024/b.bin"), 0);
     remoteFile(QStringLiteral("data/c.txt"), 33);
     const QStringList remote = { "data/2024/a.jpg", "data/2024/b.bin", "data/c.txt" };
-    struct Case {
-        const char* value;
-        QStringList expected;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, QStringList> cases[] = {
         { settings::config::kDirTreeNoPath, { "a.jpg", "b.bin", "c.txt" } },
         { settings::config::kDirTreeLastDir, { "2024/a.jpg", "2024/b.bin", "data/c.txt" } },
         { settings::config::kDirTreeFullPath,
             { "data/2024/a.jpg", "data/2024/b.bin", "data/c.txt" } },
     };
     int n = 0;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.value);
-        setMode(c.value);
+    for (const auto& [mode, expected] : cases) {
+        SCOPED_TRACE(mode);
+        setMode(mode);
         recorder_.clear();
         const auto into = QStringLiteral("in%1").arg(++n);
         ASSERT_TRUE(QDir(local()).mkpath(into));
@@ -74,9 +70,9 @@ TEST_F(GetEngineTest, EachModeMirrorsTheRemoteFolders)
         ASSERT_TRUE(get(files).ok());
         EXPECT_EQ(resultsOf(files), (std::vector<int> { 0, 0, 0 }));
         const auto root = local(into);
-        EXPECT_EQ(filesUnder(root), c.expected);
+        EXPECT_EQ(filesUnder(root), expected);
         for (int i = 0; i < remote.size(); ++i)
-            EXPECT_TRUE(sameBytes(home() + u'/' + remote[i], root + u'/' + c.expected[i]));
+            EXPECT_TRUE(sameBytes(home() + u'/' + remote[i], root + u'/' + expected[i]));
         QStringList made;
         for (const auto& folder : foldersUnder(root))
             made.append(root + u'/' + folder);

@@ -5,10 +5,10 @@
 
 #include "DataFiles.h"
 #include "DistributionFixture.h"
+#include "SilentPlayer.h"
 #include "app/ProgramServices.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
-#include "options/SoundPlayer.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "profiles/ProfileStore.h"
@@ -26,11 +26,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kDeadline = 30s;
-
-class SilentPlayer final : public SoundPlayer {
-public:
-    void playFile(const QString&) override { }
-};
 
 class MultiplePutTest : public DistributionFixture {
 protected:

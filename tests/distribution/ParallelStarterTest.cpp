@@ -18,10 +18,7 @@ using namespace std::chrono_literals;
 
 TEST(ParallelStarterTest, StartsInOrderUntilCancelled)
 {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = { name, nullptr };
-    QCoreApplication app(argc, argv);
+    EventLoop loop;
 
     struct Case {
         const char* what;

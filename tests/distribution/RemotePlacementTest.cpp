@@ -39,10 +39,7 @@ void expectChained(const Placement& placement, const QString& top)
 
 TEST(RemotePlacementTest, LocalPathsKeepTheFoldersOwnSeparator)
 {
-    const struct {
-        const char* folder;
-        const char* path;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         { "C:\\web\\site", "C:\\web\\site\\a.txt" },
         { "C:\\web\\", "C:\\web\\a.txt" },
         { "/home/me/site", "/home/me/site/a.txt" },
@@ -50,10 +47,10 @@ TEST(RemotePlacementTest, LocalPathsKeepTheFoldersOwnSeparator)
         { "www", "www/a.txt" }, // relative, one level: this system's separator
         { "", "a.txt" },
     };
-    for (const auto& c : cases) {
+    for (const auto& [folder, path] : cases) {
         EXPECT_EQ(
-            show(RemotePlacement::localPath(QString::fromUtf8(c.folder), QStringLiteral("a.txt"))),
-            c.path);
+            show(RemotePlacement::localPath(QString::fromUtf8(folder), QStringLiteral("a.txt"))),
+            path);
     }
 }
 

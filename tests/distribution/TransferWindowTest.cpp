@@ -110,31 +110,6 @@ protected:
         && fileBar->value() == progress.fileBar;
 }
 
-TEST_F(TransferWindowTest, TitleNamesTheModeAndItsServers)
-{
-    struct Case {
-        TransferMode mode;
-        const char* title;
-    };
-    const Case cases[] = {
-        { TransferMode::Put, "FTP Put to: alpha.example" },
-        { TransferMode::DistributionPut, "FTP Put to: alpha.example" },
-        { TransferMode::Get, "FTP Get from: alpha.example" },
-        { TransferMode::Copy, "FTP Transfer from:alpha.example to beta.example" },
-    };
-    for (const Case& c : cases) {
-        TransferJob::Setup setup;
-        setup.mode = c.mode;
-        setup.sites = { { QStringLiteral("alpha.example"), {}, {}, 21, {}, 0 } };
-        if (c.mode == TransferMode::Copy)
-            setup.target = JobSite { QStringLiteral("beta.example"), {}, {}, 21, {}, 0 };
-        const auto job = TransferJob::create(setup, recorder_.services, outcomes_, threads_);
-        const auto window = open(job);
-        EXPECT_EQ(window->windowTitle(), QLatin1String(c.title));
-        delete window;
-    }
-}
-
 TEST_F(TransferWindowTest, EveryWayToCancelAsksFirst)
 {
     const auto job = makeJob({ site(0) }, false);
@@ -210,10 +185,6 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
         kDeadline));
     EXPECT_TRUE(closed(window));
     EXPECT_TRUE(job->done());
-    for (int server : { 0, 1 })
-        EXPECT_TRUE(
-            sameBytes(folder + u'/' + name, servers_[server]->home() + folder + u'/' + name))
-            << server;
 }
 
 // Each answer, for one site and for a serial job held by server 0: the window closes at once only

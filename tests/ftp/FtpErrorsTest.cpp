@@ -1,5 +1,6 @@
-// Every failure the engine maps, produced for real by the fixture servers, with the code and the
-// message the user reads.
+// Failures the engine maps, produced for real by the fixture servers, with the code and the message
+// the user reads. A connect's other failures are in ConnectJobTest, a cut download in
+// TransferRoutinesTest.
 
 #include "ftp/FtpErrors.h"
 
@@ -32,7 +33,7 @@ TEST_F(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
     ASSERT_TRUE(makeFile(server.home() + "/down.bin", 3'000'000, 2));
     RefusingPort refusing;
 
-    enum class Step { Connect, ChangeFolder, Put, Get }; // the step that fails, after a connect
+    enum class Step { Connect, Put, Get }; // the step that fails, after a connect
     struct Case {
         const char* name;
         FtpFaults faults;
@@ -47,24 +48,14 @@ TEST_F(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
         { "refused connection", {}, Step::Connect, { inet::kCannotConnect },
             "The attempt to connect to the server failed.", nullptr,
             [&](JobSite& site) { site.port = refusing.port(); } },
-        { "unknown host", {}, Step::Connect, { inet::kNameNotResolved },
-            "The server name could not be resolved.\n", nullptr,
-            [](JobSite& site) { site.server = "no-such-host.invalid"; } },
         { "wrong password", {}, Step::Connect, { inet::kLoginFailed },
             "The request to connect to and log on to an FTP server  failed.", "530",
             [](JobSite& site) { site.password = "wrong"; } },
-        { "stalled server", { .stall = { { "USER", forever } } }, Step::Connect, { inet::kTimeout },
-            "The request has timed out.", nullptr },
-        { "missing folder", {}, Step::ChangeFolder, { inet::kServerError },
-            "An extended error was returned from the server.", "550" },
         { "refused STOR", { .refuse = { "STOR" } }, Step::Put, { inet::kServerError },
             "An extended error was returned from the server.",
             "550 STOR refused by the test server." },
         { "stalled transfer", { .stall = { { "RETR", forever } } }, Step::Get, { inet::kTimeout },
             "The request has timed out.", nullptr },
-        { "dropped during get", { .closeDataAfter = 100'000, .closeDataOn = { "RETR" } }, Step::Get,
-            { inet::kConnectionTerminated }, "The connection with the server has been terminated.",
-            nullptr },
         { "dropped during put", { .closeDataAfter = 100'000, .closeDataOn = { "STOR" } }, Step::Put,
             { inet::kConnectionReset, inet::kConnectionTerminated }, nullptr, nullptr },
     };
@@ -75,9 +66,7 @@ TEST_F(FtpErrorsTest, RealFailuresGetTheCodeWhoseMessageSaysWhatHappened)
         c.site(site);
         CTransferSession session(recorder_.services);
         auto result = session.connectJob(site);
-        if (result.ok() && c.step == Step::ChangeFolder)
-            result = session.connection()->changeFolder("nope");
-        else if (result.ok() && c.step == Step::Put)
+        if (result.ok() && c.step == Step::Put)
             result = putFile(session,
                 { .from = localFile,
                     .to = "up.bin",

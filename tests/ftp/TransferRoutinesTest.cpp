@@ -18,7 +18,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <functional>
 #include <iostream>
 #include <memory>
 #include <sys/mount.h>
@@ -205,22 +204,22 @@ TEST_F(TransferRoutinesTest, TextModeSendsCrlfAndBringsBackLocalLineEnds)
 TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
 {
     auto session = connect(targets_.front());
-    struct PutCase {
-        const char* deletePut;
-        bool keepSource;
-        bool localStays;
-    };
-    for (const auto& c : { PutCase { "YES", false, false }, PutCase { "YES", true, true },
-             PutCase { "NO", false, true } }) {
-        SCOPED_TRACE(std::string(c.deletePut) + (c.keepSource ? " keep" : ""));
-        SettingsStore::set(settings::config::kDeletePut, c.deletePut);
+    // DeletePut, whether the caller keeps its source, whether the local file stays.
+    for (const auto& [deletePut, keepSource, localStays] : { std::tuple { "YES", false, false },
+             std::tuple { "YES", true, true }, std::tuple { "NO", false, true } }) {
+        SCOPED_TRACE(std::string(deletePut) + (keepSource ? " keep" : ""));
+        SettingsStore::set(settings::config::kDeletePut, deletePut);
         const auto source = local_.filePath("put.bin");
         ASSERT_TRUE(makeFile(source, 5000, 3));
         recorder_.clear();
-        ASSERT_TRUE(putFile(
-            *session, { .from = source, .to = "put.bin", .size = 5000, .keepSource = c.keepSource })
+        ASSERT_TRUE(putFile(*session,
+            { .from = source,
+                .to = "put.bin",
+                .size = 5000,
+                .honourTransferType = false,
+                .keepSource = keepSource })
                         .ok());
-        EXPECT_EQ(QFile::exists(source), c.localStays);
+        EXPECT_EQ(QFile::exists(source), localStays);
         EXPECT_TRUE(recorder_.events().empty()); // deleting the local file is not logged
     }
     // A source that nobody may delete: the file arrived, and the failed delete is logged.
@@ -232,32 +231,32 @@ TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
     EXPECT_EQ(recorder_.events().at(0).field1, kept);
     EXPECT_TRUE(recorder_.events().at(0).detail.contains(kept));
 
-    struct GetCase {
-        const char* deleteGet;
-        bool refuse;
-        std::vector<int> logged;
-        bool remoteStays;
+    // DeleteGet, whether the server refuses DELE, and what is logged (the remote file goes only
+    // with a logged success).
+    const std::tuple<const char*, bool, std::vector<int>> gets[] = {
+        { "YES", false, { ids::kLogDeletionOk } },
+        { "YES", true, { ids::kLogDeletionFailed } },
+        { "NO", false, {} },
     };
-    const GetCase gets[] = {
-        { "YES", false, { ids::kLogDeletionOk }, false },
-        { "YES", true, { ids::kLogDeletionFailed }, true },
-        { "NO", false, {}, true },
-    };
-    for (const auto& c : gets) {
-        SCOPED_TRACE(std::string(c.deleteGet) + (c.refuse ? " refused" : ""));
-        SettingsStore::set(settings::config::kDeleteGet, c.deleteGet);
+    for (const auto& [deleteGet, refuse, logged] : gets) {
+        SCOPED_TRACE(std::string(deleteGet) + (refuse ? " refused" : ""));
+        SettingsStore::set(settings::config::kDeleteGet, deleteGet);
         ASSERT_TRUE(makeFile(pyftpd_->home() + "/get.bin", 5000, 4));
-        pyftpd_->setFaults({ .refuse = c.refuse ? QStringList { "DELE" } : QStringList() });
+        pyftpd_->setFaults({ .refuse = refuse ? QStringList { "DELE" } : QStringList() });
         recorder_.clear();
-        ASSERT_TRUE(
-            getFile(*session, { .from = "get.bin", .to = local_.filePath("get.bin"), .size = 5000 })
-                .ok());
-        EXPECT_EQ(recorder_.logIds(), c.logged);
-        if (!c.logged.empty()) {
-            EXPECT_EQ(recorder_.events()[0].field1, "get.bin");
-            EXPECT_EQ(recorder_.events()[0].detail.contains("550"), c.refuse);
+        ASSERT_TRUE(getFile(*session,
+            { .from = "get.bin",
+                .to = local_.filePath("get.bin"),
+                .size = 5000,
+                .honourTransferType = false })
+                        .ok());
+        EXPECT_EQ(recorder_.logIds(), logged);
+        for (const auto& event : recorder_.events()) {
+            EXPECT_EQ(event.field1, "get.bin");
+            EXPECT_EQ(event.detail.contains("550"), refuse);
         }
-        EXPECT_EQ(QFile::exists(pyftpd_->home() + "/get.bin"), c.remoteStays);
+        EXPECT_EQ(QFile::exists(pyftpd_->home() + "/get.bin"),
+            logged != std::vector { int(ids::kLogDeletionOk) });
     }
 }
 
@@ -330,62 +329,37 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
     SettingsStore::set(settings::ftp::kPassive, "YES");
     auto session = connect(targets_.front());
     const auto home = pyftpd_->home();
-    ASSERT_TRUE(makeFile(home + "/remote.bin", 1'000'000, 9));
-    struct Case {
-        const char* name;
-        std::function<FtpResult()> run;
-        int code;
-        std::function<void(const FtpResult&)> check;
-    };
-    const auto shrunk = local_.filePath("shrunk.bin");
-    const auto partial = local_.filePath("partial.bin");
-    const Case cases[] = {
-        { "local file vanished",
-            [&] {
-                const auto gone = local_.filePath("gone.bin");
-                return putFile(*session, { .from = gone, .to = "gone.bin", .size = 10 });
-            },
-            int(LocalFileError::FileNotFound),
-            [&](const FtpResult& result) {
-                EXPECT_TRUE(result.message().contains(local_.filePath("gone.bin")));
-                EXPECT_FALSE(QFile::exists(home + "/gone.bin"));
-            } },
-        // The size was taken when the job was built; the file shrank before it was sent.
-        { "source shrank",
-            [&] {
-                EXPECT_TRUE(makeFile(shrunk, 200'000, 10));
-                const auto size = QFileInfo(shrunk).size();
-                EXPECT_TRUE(QFile::resize(shrunk, 50'000));
-                return putFile(*session, { .from = shrunk, .to = "shrunk.bin", .size = size });
-            },
-            int(LocalFileError::EndOfFile),
-            [&](const FtpResult& result) {
-                EXPECT_TRUE(result.message().contains(shrunk));
-                EXPECT_TRUE(result.message().contains("50000 of 200000 bytes"));
-            } },
-        { "server closes during a get",
-            [&] {
-                pyftpd_->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "RETR" } });
-                return getFile(
-                    *session, { .from = "remote.bin", .to = partial, .size = 1'000'000 });
-            },
-            inet::kConnectionTerminated,
-            [&](const FtpResult&) {
-                EXPECT_EQ(QFileInfo(partial).size(), 100'000); // the partial file stays
-            } },
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        pyftpd_->setFaults({});
-        const auto result = c.run();
-        EXPECT_EQ(result.code, c.code) << result.text().toStdString();
-        c.check(result);
-        // The connection goes on with the next file.
+    // After each failure the connection goes on with the next file.
+    const auto nextFileGoes = [&] {
         pyftpd_->setFaults({});
         const auto next = local_.filePath("next.bin");
-        ASSERT_TRUE(makeFile(next, 1000, 11));
-        EXPECT_TRUE(putFile(*session, { .from = next, .to = "next.bin", .size = 1000 }).ok());
-    }
+        return makeFile(next, 1000, 11)
+            && putFile(*session, { .from = next, .to = "next.bin", .size = 1000 }).ok();
+    };
+
+    const auto gone = local_.filePath("gone.bin");
+    auto result = putFile(*session, { .from = gone, .to = "gone.bin", .size = 10 });
+    EXPECT_EQ(result.code, int(LocalFileError::FileNotFound)) << result.text().toStdString();
+    EXPECT_TRUE(result.message().contains(gone));
+    EXPECT_FALSE(QFile::exists(home + "/gone.bin"));
+    EXPECT_TRUE(nextFileGoes());
+
+    // The size was taken when the job was built; the file shrank before it was sent.
+    const auto shrunk = local_.filePath("shrunk.bin");
+    ASSERT_TRUE(makeFile(shrunk, 200'000, 10) && QFile::resize(shrunk, 50'000));
+    result = putFile(*session, { .from = shrunk, .to = "shrunk.bin", .size = 200'000 });
+    EXPECT_EQ(result.code, int(LocalFileError::EndOfFile)) << result.text().toStdString();
+    EXPECT_TRUE(result.message().contains(shrunk));
+    EXPECT_TRUE(result.message().contains("50000 of 200000 bytes"));
+    EXPECT_TRUE(nextFileGoes());
+
+    ASSERT_TRUE(makeFile(home + "/remote.bin", 1'000'000, 9));
+    pyftpd_->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "RETR" } });
+    const auto partial = local_.filePath("partial.bin");
+    result = getFile(*session, { .from = "remote.bin", .to = partial, .size = 1'000'000 });
+    EXPECT_EQ(result.code, inet::kConnectionTerminated) << result.text().toStdString();
+    EXPECT_EQ(QFileInfo(partial).size(), 100'000); // the partial file stays
+    EXPECT_TRUE(nextFileGoes());
 }
 
 // The server closed the control connection between two files, as at the end of its idle

@@ -84,24 +84,20 @@ void setText(const settings::TextKey& key, const char* value)
 
 TEST(LogRecord, OutcomeParityAndTheSessionEndMapping)
 {
-    struct Case {
-        int id;
-        quint32 storedId;
-        qint32 outcome;
-        bool succeeded;
+    // Id, the id stored, the outcome; an even outcome is a success.
+    const std::tuple<int, quint32, qint32> cases[] = {
+        { ids::kLogFtpConnectionOk, 32861, 0 },
+        { ids::kLogFtpConnectionFailed, 32862, 1 },
+        { ids::kLogInternetConnectionClosed, 32876, 15 },
+        // Shown with the text of 32876, yet counted from its own id: a success by parity.
+        { ids::kLogSessionEnded, 32876, 16 },
     };
-    for (const Case& c : {
-             Case { ids::kLogFtpConnectionOk, 32861, 0, true },
-             Case { ids::kLogFtpConnectionFailed, 32862, 1, false },
-             Case { ids::kLogInternetConnectionClosed, 32876, 15, false },
-             // Shown with the text of 32876, yet counted from its own id: a success by parity.
-             Case { ids::kLogSessionEnded, 32876, 16, true },
-         }) {
+    for (const auto& [id, storedId, outcome] : cases) {
         LogRecord record;
-        record.setMessage(c.id);
-        EXPECT_EQ(std::pair(record.messageId, record.outcome), std::pair(c.storedId, c.outcome));
-        EXPECT_EQ(record.shownUnder(LogFilter::Successful), c.succeeded) << c.id;
-        EXPECT_EQ(record.shownUnder(LogFilter::Unsuccessful), !c.succeeded) << c.id;
+        record.setMessage(id);
+        EXPECT_EQ(std::pair(record.messageId, record.outcome), std::pair(storedId, outcome));
+        EXPECT_EQ(record.shownUnder(LogFilter::Successful), outcome % 2 == 0) << id;
+        EXPECT_EQ(record.shownUnder(LogFilter::Unsuccessful), outcome % 2 == 1) << id;
     }
 }
 
@@ -111,29 +107,21 @@ TEST(LogStamp, TimeAndDateFormats)
     const QDateTime noon(QDate(1999, 3, 7), QTime(12, 30));
     const QDateTime march(QDate(1999, 3, 7), QTime(13, 7, 9));
     const QDateTime december(QDate(2024, 12, 25), QTime(8, 0));
-    struct Case {
-        QDateTime now;
-        int format;
-        const char* time; // nullptr: not checked
-        const char* date;
+    // Now, the format, the time and the date it gives (nullptr: not checked).
+    const std::tuple<QDateTime, int, const char*, const char*> cases[] = {
+        { midnight, 2, "00:05am", nullptr }, // midnight is not folded to 12
+        { noon, 3, "12:30:00pm", nullptr }, // noon stays 12, already afternoon
+        { march, 0, "13:07", "07/03/1999" },
+        { march, 1, "13:07:09", "03/07/1999" },
+        { march, 2, "01:07pm", "07/03" },
+        { march, 5, "13:07", "Mar-07-1999" },
+        { march, 4, "13:07", "07-Mar-1999" }, // unknown time formats are format 0
+        { march, 8, nullptr, "07/03/1999" }, // unknown date formats are format 0
+        { december, 7, nullptr, "Dec-25" },
     };
-    for (const Case& c : {
-             Case { midnight, 2, "00:05am", nullptr }, // midnight is not folded to 12
-             Case { noon, 3, "12:30:00pm", nullptr }, // noon stays 12, already afternoon
-             Case { march, 0, "13:07", "07/03/1999" },
-             Case { march, 1, "13:07:09", "03/07/1999" },
-             Case { march, 2, "01:07pm", "07/03" },
-             Case { march, 5, "13:07", "Mar-07-1999" },
-             Case { march, 4, "13:07", "07-Mar-1999" }, // unknown time formats are format 0
-             Case { march, 8, nullptr, "07/03/1999" }, // unknown date formats are format 0
-             Case { december, 7, nullptr, "Dec-25" },
-         }) {
-        if (c.time) {
-            EXPECT_EQ(LogStamp::time(c.now, c.format), QLatin1String(c.time)) << c.format;
-        }
-        if (c.date) {
-            EXPECT_EQ(LogStamp::date(c.now, c.format), QLatin1String(c.date)) << c.format;
-        }
+    for (const auto& [now, format, time, date] : cases) {
+        EXPECT_TRUE(!time || LogStamp::time(now, format) == QLatin1String(time)) << format;
+        EXPECT_TRUE(!date || LogStamp::date(now, format) == QLatin1String(date)) << format;
     }
 }
 
@@ -163,35 +151,32 @@ TEST(LogFile, ReadRecordsKeepsRecordsAndSkipsTheRest)
 
 TEST(LogWriter, FileHeaderAndAppendRules)
 {
-    struct Case {
-        const char* existing; // nullptr: no file
-        const char* appendLog;
-        QByteArray expected;
-    };
     const QByteArray fresh = QByteArray("FTP_SERVER_FILE\n") + kLineA + kLineB;
     const QByteArray appended = QByteArray(kOldFile) + kLineA + kLineB;
-    for (const Case& c : {
-             Case { nullptr, nullptr, fresh }, // missing file
-             Case { kOldFile, nullptr, fresh }, // AppendLog absent starts afresh
-             Case { kOldFile, "YES", appended }, // AppendLog YES keeps the file
-             Case { kOldFile, "no", appended }, // only the exact NO starts afresh
-             // A file that is not a log is left alone and logging to file is switched off.
-             Case { "", "YES", "" }, // empty file
-             Case { "FTP_SERVER_FIL\n32861\n", "NO", "FTP_SERVER_FIL\n32861\n" }, // wrong header
-             Case { "FTP_SERVER", "YES", "FTP_SERVER" }, // short header
-         }) {
+    // The file there (nullptr: none), AppendLog, the file afterwards.
+    const std::tuple<const char*, const char*, QByteArray> cases[] = {
+        { nullptr, nullptr, fresh }, // missing file
+        { kOldFile, nullptr, fresh }, // AppendLog absent starts afresh
+        { kOldFile, "YES", appended }, // AppendLog YES keeps the file
+        { kOldFile, "no", appended }, // only the exact NO starts afresh
+        // A file that is not a log is left alone and logging to file is switched off.
+        { "", "YES", "" }, // empty file
+        { "FTP_SERVER_FIL\n32861\n", "NO", "FTP_SERVER_FIL\n32861\n" }, // wrong header
+        { "FTP_SERVER", "YES", "FTP_SERVER" }, // short header
+    };
+    for (const auto& [existing, appendLog, expected] : cases) {
         LogRun run;
-        if (c.existing)
-            writeFile(run.path, c.existing);
-        setText(settings::log::kAppendLog, c.appendLog);
+        if (existing)
+            writeFile(run.path, existing);
+        setText(settings::log::kAppendLog, appendLog);
         LogWriter& writer = run.start();
         writer.write(event(kLineA));
         writer.write(event(kLineB));
 
-        EXPECT_EQ(contents(run.path), c.expected) << c.existing << c.appendLog;
+        EXPECT_EQ(contents(run.path), expected) << existing << appendLog;
         EXPECT_EQ(run.listener.records.value(run.listener.records.size() - 1).field1, "b.txt")
             << "the screen goes on either way";
-        const bool off = c.expected.isEmpty() || !c.expected.startsWith("FTP_SERVER_FILE\n");
+        const bool off = !expected.startsWith("FTP_SERVER_FILE\n");
         EXPECT_EQ(run.notifier.messages,
             off ? QStringList { StringTable::text(ids::kBadLogFileFormat) } : QStringList());
         EXPECT_EQ(SettingsStore::get(settings::log::kToFile), off ? "NO" : "YES");
@@ -287,29 +272,25 @@ TEST(LogWriter, SettingsDecideScreenFileAndFilter)
 // write them; the Log page's own file name must not be used.
 TEST(LogWriter, PathPairsLogFolderWithConfigName)
 {
-    struct Case {
-        const char* logDir; // below the temporary root
-        const char* configName;
-        const char* tail;
+    // LOG's folder below the temporary root, CONFIG's name, the path's tail.
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        { nullptr, nullptr, "/log1.log" },
+        { "/logs/", "run.log", "/logs/run.log" },
+        { nullptr, "run.log", "/run.log" },
     };
-    for (const Case& c : {
-             Case { nullptr, nullptr, "/log1.log" },
-             Case { "/logs/", "run.log", "/logs/run.log" },
-             Case { nullptr, "run.log", "/run.log" },
-         }) {
+    for (const auto& [logDir, configName, tail] : cases) {
         test::TempSettings temp;
         QDir().mkpath(temp.root() + QStringLiteral("/logs"));
         SettingsStore::set(settings::log::kFileName, QStringLiteral("page.log"));
         SettingsStore::set(settings::config::kDefaultDir, temp.root() + QStringLiteral("/other"));
-        if (c.logDir)
-            SettingsStore::set(settings::log::kDefaultDir, temp.root() + QLatin1String(c.logDir));
-        setText(settings::config::kLogFileNameForWriter, c.configName);
-        const QString expected
-            = (c.logDir ? temp.root() : temp.appDataDir()) + QLatin1String(c.tail);
+        if (logDir)
+            SettingsStore::set(settings::log::kDefaultDir, temp.root() + QLatin1String(logDir));
+        setText(settings::config::kLogFileNameForWriter, configName);
+        const QString expected = (logDir ? temp.root() : temp.appDataDir()) + QLatin1String(tail);
         EXPECT_EQ(LogFile::configuredPath(), expected);
         TestNotifier notifier;
         LogWriter(notifier).write(event(kLineA));
-        EXPECT_TRUE(QFile::exists(expected)) << c.tail;
+        EXPECT_TRUE(QFile::exists(expected)) << tail;
     }
 }
 

@@ -17,9 +17,7 @@ namespace {
 // device at all: nothing crashes, nothing waits.
 TEST(QtSoundPlayer, PlaysOrStaysSilentWithoutBlocking)
 {
-    int argc = 1;
-    char* argv[] = { const_cast<char*>("test_options_ui"), nullptr };
-    QCoreApplication app(argc, argv);
+    test::EventLoop loop;
     QTemporaryDir dir;
     const QString bad = dir.filePath(QStringLiteral("bad.wav"));
     ASSERT_TRUE(test::makeFile(bad, 4096, 1)); // noise, not a wave
@@ -28,7 +26,7 @@ TEST(QtSoundPlayer, PlaysOrStaysSilentWithoutBlocking)
         std::jthread([&] { player.playFile(bad); }).join();
         bool reached = false; // queued behind the worker's request
         QMetaObject::invokeMethod(
-            &app, [&] { reached = true; }, Qt::QueuedConnection);
+            QCoreApplication::instance(), [&] { reached = true; }, Qt::QueuedConnection);
         EXPECT_TRUE(test::waitUntil([&] { return reached; }, std::chrono::seconds(10)));
         // The last is still loading when the player goes.
         for (const QString& path : { dir.filePath(QStringLiteral("none.wav")), QString(), bad })

@@ -19,53 +19,46 @@ struct RecordingPlayer final : SoundPlayer {
 
 TEST(SoundEvents, OnlyAnAbsentKeyStaysSilent)
 {
-    struct Case {
-        SoundEvent event;
-        const settings::TextKey* key;
-        const char* stored; // nullptr: absent
-        QStringList handed;
+    // The event, its key, what the key holds (nullptr: absent), what the player is handed.
+    const std::tuple<SoundEvent, const settings::TextKey*, const char*, QStringList> cases[] = {
+        { SoundEvent::ConnectOk, &kConnectOk, nullptr, {} },
+        { SoundEvent::ConnectOk, &kConnectOk, "", { QString() } },
+        { SoundEvent::ConnectFail, &kConnectFail, "a.wav", { "a.wav" } },
+        { SoundEvent::TransferOk, &kTransferOk, "NotFound", {} }, // player's
+        { SoundEvent::TransferFail, &kTransferFail, "NOT_FOUND", { "NOT_FOUND" } },
     };
-    for (const Case& c : {
-             Case { SoundEvent::ConnectOk, &kConnectOk, nullptr, {} },
-             Case { SoundEvent::ConnectOk, &kConnectOk, "", { QString() } },
-             Case { SoundEvent::ConnectFail, &kConnectFail, "a.wav", { "a.wav" } },
-             Case { SoundEvent::TransferOk, &kTransferOk, "NotFound", {} }, // player's
-             Case { SoundEvent::TransferFail, &kTransferFail, "NOT_FOUND", { "NOT_FOUND" } },
-         }) {
+    for (const auto& [event, key, stored, handed] : cases) {
         test::TempSettings temp;
-        if (c.stored)
-            SettingsStore::set(*c.key, QString::fromLatin1(c.stored));
+        if (stored)
+            SettingsStore::set(*key, QString::fromLatin1(stored));
         RecordingPlayer player;
-        SoundEvents(player).play(c.event);
-        EXPECT_EQ(player.played, c.handed) << (c.stored ? c.stored : "absent");
+        SoundEvents(player).play(event);
+        EXPECT_EQ(player.played, handed) << (stored ? stored : "absent");
     }
 }
 
 TEST(TransferSounds, PerBatchOrPerFile)
 {
-    struct Case {
-        const char* type; // nullptr: absent
-        QList<bool> files;
-        QStringList expected;
+    // The type (nullptr: absent), each file's end, the sounds played.
+    const std::tuple<const char*, QList<bool>, QStringList> cases[] = {
+        { nullptr, { true, false, true }, { "fail.wav" } }, // absent: batch
+        { "BATCH", {}, { "ok.wav" } },
+        { "FILE", { true, false, true }, { "ok.wav", "fail.wav", "ok.wav" } },
+        { "batch", { false, true }, { "fail.wav", "ok.wav" } }, // only BATCH is batch
     };
-    for (const Case& c : {
-             Case { nullptr, { true, false, true }, { "fail.wav" } }, // absent: batch
-             Case { "BATCH", {}, { "ok.wav" } },
-             Case { "FILE", { true, false, true }, { "ok.wav", "fail.wav", "ok.wav" } },
-             Case { "batch", { false, true }, { "fail.wav", "ok.wav" } }, // only BATCH is batch
-         }) {
+    for (const auto& [type, files, expected] : cases) {
         test::TempSettings temp;
         SettingsStore::set(kTransferOk, QStringLiteral("ok.wav"));
         SettingsStore::set(kTransferFail, QStringLiteral("fail.wav"));
-        if (c.type)
-            SettingsStore::set(kTransferType, QString::fromLatin1(c.type));
+        if (type)
+            SettingsStore::set(kTransferType, QString::fromLatin1(type));
         RecordingPlayer player;
         SoundEvents sounds(player);
         TransferSounds run(sounds);
-        for (bool sent : c.files)
+        for (bool sent : files)
             run.fileDone(sent);
         run.runEnded();
-        EXPECT_EQ(player.played, c.expected) << (c.type ? c.type : "absent");
+        EXPECT_EQ(player.played, expected) << (type ? type : "absent");
     }
 }
 

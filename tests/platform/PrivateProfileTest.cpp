@@ -12,9 +12,9 @@
 
 #include <climits>
 #include <csignal>
-#include <functional>
 #include <optional>
 #include <sys/resource.h>
+#include <tuple>
 
 namespace zelto {
 namespace {
@@ -31,47 +31,32 @@ protected:
     QTemporaryDir dir_;
 };
 
-struct ReadCase {
-    const char* name;
-    QByteArray file;
-    QString section;
-    QString key;
-    int bufferSize;
-    QString expected;
-};
-
 TEST_F(PrivateProfileTest, ReadsValuesAsThePlatformDoes)
 {
-    const QByteArray a300(300, 'a');
-    const ReadCase cases[] = {
-        { "value cut to buffer - 1", "[S]\nk=" + a300 + "\n", "S", "k", 255, QString(254, u'a') },
-        { "section and key ignore case", "[Queue1]\nLocalName=x\n", "QUEUE1", "localname", 255,
-            "x" },
-        { "ASCII letters fold beside non-ASCII ones", "[Größe]\nSchlüssel=1\n", "gRößE",
-            "SCHLüSSEL", 255, "1" },
-        { "non-ASCII letters match exactly", "[Größe]\nk=1\n", "GRÖSSE", "k", 255, kFallback },
-        { "missing section", "[S]\na=1\n", "T", "a", 255, kFallback },
+    // What is read of the file's section and key, or the fallback.
+    const std::tuple<QByteArray, QString, QString, QString> cases[] = {
+        // A value is cut to the buffer less one.
+        { "[S]\nk=" + QByteArray(300, 'a') + "\n", "S", "k", QString(254, u'a') },
+        { "[Queue1]\nLocalName=x\n", "QUEUE1", "localname", "x" }, // case is ignored
+        { "[Größe]\nSchlüssel=1\n", "gRößE", "SCHLüSSEL", "1" }, // ASCII folds beside the rest
+        { "[Größe]\nk=1\n", "GRÖSSE", "k", kFallback }, // non-ASCII letters match exactly
+        { "[S]\na=1\n", "T", "a", kFallback },
     };
-    for (const ReadCase& c : cases) {
-        SCOPED_TRACE(c.name);
-        writeFile(path(), c.file);
-        EXPECT_EQ(PrivateProfile::getString(path(), c.section, c.key, kFallback, c.bufferSize),
-            c.expected);
+    for (const auto& [file, section, key, expected] : cases) {
+        writeFile(path(), file);
+        EXPECT_EQ(PrivateProfile::getString(path(), section, key, kFallback), expected)
+            << file.constData();
     }
 }
 
 TEST_F(PrivateProfileTest, ReadsLeadingIntegers)
 {
-    const struct {
-        const char* line;
-        int expected;
-    } cases[] = { { "n=12", 12 }, { "n=-3", -3 }, { "n=\"5\"", 5 }, { "n=abc", 0 }, { "n=7x", 7 },
-        { "n=", 99 }, { "other=1", 99 }, { "n=99999999999", INT_MAX },
-        { "n=-99999999999", INT_MIN } };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.line);
-        writeFile(path(), QByteArray("[S]\n") + c.line + "\n");
-        EXPECT_EQ(PrivateProfile::getInt(path(), "S", "n", 99), c.expected);
+    const std::pair<const char*, int> cases[] = { { "n=12", 12 }, { "n=-3", -3 }, { "n=\"5\"", 5 },
+        { "n=abc", 0 }, { "n=7x", 7 }, { "n=", 99 }, { "other=1", 99 },
+        { "n=99999999999", INT_MAX }, { "n=-99999999999", INT_MIN } };
+    for (const auto& [line, expected] : cases) {
+        writeFile(path(), QByteArray("[S]\n") + line + "\n");
+        EXPECT_EQ(PrivateProfile::getInt(path(), "S", "n", 99), expected) << line;
     }
 }
 
@@ -87,30 +72,18 @@ TEST_F(PrivateProfileTest, MissingFileReadsDefaultsAndIsMadeByTheFirstWrite)
     EXPECT_EQ(PrivateProfile::getString(path(), "S", "k", kFallback), "v");
 }
 
-struct WriteCase {
-    const char* name;
-    QByteArray before;
-    std::function<bool(const QString&)> change;
-    QByteArray after;
-};
-
 TEST_F(PrivateProfileTest, WritesChangeOnlyWhatTheyName)
 {
-    using P = PrivateProfile;
-    const WriteCase cases[] = {
-        { "delete key removes its duplicates", "[S]\na=1\nb=2\nA=3\n",
-            [](const QString& f) { return P::deleteKey(f, "S", "a"); }, "[S]\nb=2\n" },
-        { "delete section removes header and keys", "[A]\na=1\n[B]\nb=2\n[C]\nc=3\n",
-            [](const QString& f) { return P::deleteSection(f, "b"); }, "[A]\na=1\n[C]\nc=3\n" },
-        { "empty section write keeps the header", "[A]\na=1\n[B]\nb=2\n",
-            [](const QString& f) { return P::writeSection(f, "A", {}); }, "[A]\n[B]\nb=2\n" },
-    };
-    for (const WriteCase& c : cases) {
-        SCOPED_TRACE(c.name);
-        writeFile(path(), c.before);
-        EXPECT_TRUE(c.change(path()));
-        EXPECT_EQ(contents(path()), c.after);
-    }
+    // A deleted key takes its duplicates along.
+    writeFile(path(), "[S]\na=1\nb=2\nA=3\n");
+    EXPECT_TRUE(PrivateProfile::deleteKey(path(), "S", "a"));
+    EXPECT_EQ(contents(path()), "[S]\nb=2\n");
+    writeFile(path(), "[A]\na=1\n[B]\nb=2\n[C]\nc=3\n");
+    EXPECT_TRUE(PrivateProfile::deleteSection(path(), "b"));
+    EXPECT_EQ(contents(path()), "[A]\na=1\n[C]\nc=3\n");
+    // An empty section written keeps its header.
+    EXPECT_TRUE(PrivateProfile::writeSection(path(), "A", {}));
+    EXPECT_EQ(contents(path()), "[A]\n[C]\nc=3\n");
 }
 
 // One write of many new lines, and of one longer than any block they are kept in: each keeps its
@@ -135,46 +108,37 @@ TEST_F(PrivateProfileTest, ManyChangesInOneWriteKeepEachLine)
 TEST_F(PrivateProfileTest, SectionReadFitsTheBuffer)
 {
     writeFile(path(), "[S]\na=1\n bb = 22 \n;comment\n\nccc=333\n[L]\nk=" + QByteArray(2000, 'x'));
-    const struct {
-        int bufferSize;
-        QStringList expected;
-    } cases[] = {
+    const std::pair<int, QStringList> cases[] = {
         // "a=1\0bb=22\0ccc=333\0\0" takes 19 characters.
         { 19, { "a=1", "bb=22", "ccc=333" } },
         { 18, { "a=1", "bb=22", "ccc=33" } },
         { 10, { "a=1", "bb=2" } },
         { 2, {} },
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.bufferSize);
-        EXPECT_EQ(PrivateProfile::getSection(path(), "s", c.bufferSize), c.expected);
-    }
+    for (const auto& [bufferSize, expected] : cases)
+        EXPECT_EQ(PrivateProfile::getSection(path(), "s", bufferSize), expected) << bufferSize;
     EXPECT_EQ(PrivateProfile::getSection(path(), "L"), QStringList { "k=" + QString(1023, u'x') });
 }
 
 TEST_F(PrivateProfileTest, BadFilesReadWithoutHarmAndWritesKeepWhatWasReadable)
 {
     const QByteArray good = "[Good]\nkey=value\n";
-    const struct {
-        const char* name;
-        QByteArray file;
-        QString expected;
-    } cases[] = {
-        { "cut inside a header", good + "[Oth", "value" },
-        { "no sections", "key=value\nother=1", kFallback },
-        { "NULs and binary",
-            QByteArray("\0\x01\xff[\0]\n", 7) + good + QByteArray("\0\0ga\xc3\x28\n", 7), "value" },
-        { "10 MB line", good + "huge=" + QByteArray(10 * 1024 * 1024, 'x') + "\n", "value" },
+    // Cut inside a header, without sections, with NULs and binary, with a 10 MB line.
+    const std::pair<QByteArray, QString> cases[] = {
+        { good + "[Oth", "value" },
+        { "key=value\nother=1", kFallback },
+        { QByteArray("\0\x01\xff[\0]\n", 7) + good + QByteArray("\0\0ga\xc3\x28\n", 7), "value" },
+        { good + "huge=" + QByteArray(10 * 1024 * 1024, 'x') + "\n", "value" },
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        writeFile(path(), c.file);
-        EXPECT_EQ(PrivateProfile::getString(path(), "Good", "key", kFallback), c.expected);
+    for (const auto& [file, expected] : cases) {
+        SCOPED_TRACE(file.left(20).toStdString());
+        writeFile(path(), file);
+        EXPECT_EQ(PrivateProfile::getString(path(), "Good", "key", kFallback), expected);
 
         EXPECT_TRUE(PrivateProfile::writeString(path(), "Added", "k", "1"));
-        EXPECT_TRUE(contents(path()).startsWith(c.file));
+        EXPECT_TRUE(contents(path()).startsWith(file));
         EXPECT_TRUE(PrivateProfile::writeString(path(), "Good", "added", "2"));
-        EXPECT_EQ(PrivateProfile::getString(path(), "Good", "key", kFallback), c.expected);
+        EXPECT_EQ(PrivateProfile::getString(path(), "Good", "key", kFallback), expected);
         EXPECT_EQ(PrivateProfile::getString(path(), "Added", "k", kFallback), "1");
         EXPECT_EQ(PrivateProfile::getString(path(), "Good", "added", kFallback), "2");
     }
@@ -205,37 +169,21 @@ TEST_F(PrivateProfileTest, FailedWriteLeavesTheOldFileWhole)
 
 TEST_F(PrivateProfileTest, NewFilesAreOwnerOnlyAndRewritesKeepPermissions)
 {
-    constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-    constexpr auto readable = ownerOnly | QFile::ReadGroup | QFile::ReadOther;
-    constexpr auto anyone = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
-        | QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther
-        | QFile::WriteOther | QFile::ExeOther;
-    const struct {
-        const char* name;
-        std::optional<QFile::Permissions> before;
-        QFile::Permissions expected;
-    } cases[] = {
-        { "new file", std::nullopt, ownerOnly },
-        { "owner-only file", ownerOnly, ownerOnly },
-        { "readable file", readable, readable },
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    const QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+    const QFile::Permissions readable = ownerOnly | QFile::ReadGroup | QFile::ReadOther;
+    const QFile::Permissions anyone(0x7077); // the owner's, the group's and the others' bits
+    // A new file, then files of either kind rewritten.
+    for (const auto& [before, after] : { std::pair { QFile::Permissions(), ownerOnly },
+             std::pair { ownerOnly, ownerOnly }, std::pair { readable, readable } }) {
         QFile::remove(path());
-        if (c.before) {
+        if (before.toInt()) {
             writeFile(path(), "[S]\n");
-            QFile::setPermissions(path(), *c.before);
+            QFile::setPermissions(path(), before);
         }
         EXPECT_TRUE(PrivateProfile::writeString(path(), "S", "Password", "secret"));
-        EXPECT_EQ(QFile::permissions(path()) & anyone, c.expected);
+        EXPECT_EQ(QFile::permissions(path()) & anyone, after) << before.toInt();
     }
 }
-
-} // namespace
-} // namespace zelto
-
-namespace zelto {
-namespace {
 
 // A holder that never lets go (a stuck process) fails the wait with a reason, instead of hanging
 // the writer; once it lets go the lock is had again.

@@ -27,10 +27,7 @@ const std::vector<int> kCodesWithMessage = [] {
 // Texts whose oddities are easy to "fix" by mistake; the log files and message boxes keep them.
 TEST(StringTableTest, IrregularTextsAreKeptByteForByte)
 {
-    const struct {
-        int id;
-        const char* bytes;
-    } cases[] = {
+    const std::pair<int, const char*> cases[] = {
         { StringTable::errorMessageId(12007), "The server name could not be resolved.\n" },
         { StringTable::errorMessageId(12014),
             "The request to connect to and log on to an FTP server  failed." },

@@ -242,10 +242,7 @@ TEST_F(FileListTest, LoadTakesTheCountedEntriesOnceEach)
 {
     const QByteArray folder = localFolder().toUtf8();
     const QString wild = localFolder() + u'|';
-    const struct {
-        QByteArray file;
-        QStringList entries;
-    } cases[] = {
+    const std::pair<QByteArray, QStringList> cases[] = {
         { "[LIST]\nNumItems=2\n[FILE1]\nLocalName=1\n[FILE2]\nLocalName=2\n[FILE3]\nLocalName=3\n",
             { "|1||0", "|2||0" } }, // the count bounds the entries
         { "[LIST]\nNumItems=3\n[FILE1]\nLocalName=a.txt\nFolder=/x/y\nRemoteName=r\n"
@@ -265,11 +262,11 @@ TEST_F(FileListTest, LoadTakesTheCountedEntriesOnceEach)
                 + "\nSize=99\n[FILE2]\nLocalName=a.txt\nFolder=" + folder + "\nSize=99\n",
             { wild + "B.TXT||4", wild + "a.txt||3" } },
     };
-    for (const auto& c : cases) {
-        writeFile(listFile, c.file);
+    for (const auto& [file, entries] : cases) {
+        writeFile(listFile, file);
         FileList list;
         list.load(listFile);
-        EXPECT_EQ(test::summary(list.entries()), c.entries) << c.file.constData();
+        EXPECT_EQ(test::summary(list.entries()), entries) << file.constData();
         EXPECT_FALSE(list.changed());
     }
 }
@@ -294,10 +291,7 @@ TEST_F(FileListTest, ServerFileLinesAreTakenAsTheyStand)
     writeFile(local("a.txt\r"), "1234567"); // the name a CRLF line asks for
     const QByteArray f = "FTP_SERVER_FILE\n" + localFolder().toUtf8();
     const QString p = localFolder() + u'/';
-    const struct {
-        QByteArray bytes;
-        QStringList entries;
-    } cases[] = {
+    const std::pair<QByteArray, QStringList> cases[] = {
         { f + "/a.txt\n" + f.mid(16) + "/B.TXT\n", { p + "|a.txt||3", p + "|B.TXT||4" } },
         { f + "/none\n\n" + f.mid(16) + "/c.log\n", { p + "|c.log||5" } }, // missing: skipped
         { "FTP_SERVER_FILE\r\n" + f.mid(16) + "/a.txt\r\n" + f.mid(16) + "/c.log\r\n",
@@ -306,11 +300,11 @@ TEST_F(FileListTest, ServerFileLinesAreTakenAsTheyStand)
         { f + "/*.log\n", { p + "|c.log||5" } }, // a pattern gives its first match
         { f + "/a.txt\n" + f.mid(16) + "/a.txt\n", { p + "|a.txt||3" } },
     };
-    for (const auto& c : cases) {
+    for (const auto& [bytes, entries] : cases) {
         FileList list;
-        EXPECT_EQ(list.loadServerFile(fls(c.bytes), QString(), notifier_),
+        EXPECT_EQ(list.loadServerFile(fls(bytes), QString(), notifier_),
             FileList::ServerFileLoad::Replaced);
-        EXPECT_EQ(test::summary(list.entries()), c.entries) << c.bytes.constData();
+        EXPECT_EQ(test::summary(list.entries()), entries) << bytes.constData();
     }
     EXPECT_TRUE(notifier_.questions.empty()) << "an empty list is replaced without asking";
 }

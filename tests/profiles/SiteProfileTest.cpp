@@ -13,20 +13,17 @@ using test::writeFile;
 
 TEST(ProfileNames, ProfilesAndLinksCutTypedNamesDifferently)
 {
-    const struct {
-        const char* typed;
-        const char* profileFile;
-        const char* linkFile;
-    } cases[] = {
+    // Typed, the profile's file, the link's file.
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         { "site.old", "site.ini", "site.ini" },
         { "site.old.ini", "site.ini", "site.ini" },
         { ".hidden", ".hidden.ini", ".ini" }, // a profile keeps a leading dot, a link cuts there
         { "a.", "a.ini", "a.ini" },
         { "plain", "plain.ini", "plain.ini" },
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(SiteProfile::fileNameFor(QString::fromUtf8(c.typed)), c.profileFile);
-        EXPECT_EQ(LinkFile::fileNameFor(QString::fromUtf8(c.typed)), c.linkFile);
+    for (const auto& [typed, profileFile, linkFile] : cases) {
+        EXPECT_EQ(SiteProfile::fileNameFor(QString::fromUtf8(typed)), profileFile);
+        EXPECT_EQ(LinkFile::fileNameFor(QString::fromUtf8(typed)), linkFile);
     }
     EXPECT_EQ(SiteProfile::nameOf(QStringLiteral("/p/.hidden.ini")), QStringLiteral(".hidden"));
 }
@@ -126,11 +123,8 @@ TEST_F(SiteProfileTest, SavedFileHoldsTheSixKeysInOrderForItsOwnerOnly)
 
 TEST_F(SiteProfileTest, ImportsAnOlderReleasesServerFile)
 {
-    const struct {
-        QByteArray bytes;
-        bool refused;
-        QStringList profiles; // file: host user password path
-    } cases[] = {
+    // The file, whether it is refused, and the profiles made ("file: host user password path").
+    const std::tuple<QByteArray, bool, QStringList> cases[] = {
         { "FTP_SERVER_FILE\r\nftp.a.com bob secret /pub\r\nb.org NONE NONE NONE\r\n", false,
             { "b_org.ini: b.org   ", "ftp_a_com.ini: ftp.a.com bob secret /pub" } },
         { "FTP_SERVER_FILE\n\n \t\r\nhostonly\nh u p /r", false, // the last line lacks its LF
@@ -145,14 +139,13 @@ TEST_F(SiteProfileTest, ImportsAnOlderReleasesServerFile)
     };
     const QString target = profile("import");
     const QString sts = temp_.root() + QStringLiteral("/servers.sts");
-    for (const auto& c : cases) {
+    for (const auto& [bytes, refused, profiles] : cases) {
         QDir(target).removeRecursively();
         QDir().mkpath(target);
         notifier_.messages.clear();
-        writeFile(sts, c.bytes);
-        EXPECT_EQ(
-            ProfileStore(notifier_, events_).importServerFile(sts, target), c.profiles.size());
-        EXPECT_EQ(notifier_.messages, test::texts(c.refused ? ids::kNotAnFtpServerFile : 0));
+        writeFile(sts, bytes);
+        EXPECT_EQ(ProfileStore(notifier_, events_).importServerFile(sts, target), profiles.size());
+        EXPECT_EQ(notifier_.messages, test::texts(refused ? ids::kNotAnFtpServerFile : 0));
         QStringList imported;
         for (const QString& path : ProfileStore::profilesIn(target)) {
             const ProfileFields f = SiteProfile::readFields(path);
@@ -160,7 +153,7 @@ TEST_F(SiteProfileTest, ImportsAnOlderReleasesServerFile)
             imported.append(QFileInfo(path).fileName() + QStringLiteral(": ")
                 + QStringList { f.host, f.user, f.password, f.remotePath }.join(u' '));
         }
-        EXPECT_EQ(imported, c.profiles) << c.bytes.constData();
+        EXPECT_EQ(imported, profiles) << bytes.constData();
     }
 }
 

@@ -24,24 +24,19 @@ constexpr auto kDeadline = 30s;
 
 TEST(QueueSenderTest, OneGroupPerPairWithAnIdleItem)
 {
-    // Items "source|destination|status", groups "source|destination|positions".
-    const struct {
-        const char* what;
-        QStringList items;
-        QStringList groups;
-    } cases[] = {
-        { "an item being sent goes along with an idle one of its pair, not alone",
-            { "Local|A|1", "Local|A|0", "Local|B|1" }, { "Local|A|1 2" } },
-        { "pairs in the order first met", { "Local|A|0", "B|Local|0", "Local|A|0" },
-            { "Local|A|1 3", "B|Local|2" } },
-        { "a host with a blank does not survive the key", { "Local|my host|0" }, { "Local|my|" } },
-        // Items without a section are of this kind; sent, they would go nowhere and come back.
-        { "a pair with a side missing is not sent", { "||0", "Local||0", "|A|0", "Local|A|0" },
-            { "Local|A|4" } },
+    // Items "source|destination|status", groups "source|destination|positions": an item being
+    // sent goes along with an idle one of its pair, not alone; pairs in the order first met; a
+    // host with a blank does not survive the key; a pair with a side missing (items without a
+    // section are of this kind) is not sent, since it would go nowhere and come back.
+    const std::pair<QStringList, QStringList> cases[] = {
+        { { "Local|A|1", "Local|A|0", "Local|B|1" }, { "Local|A|1 2" } },
+        { { "Local|A|0", "B|Local|0", "Local|A|0" }, { "Local|A|1 3", "B|Local|2" } },
+        { { "Local|my host|0" }, { "Local|my|" } },
+        { { "||0", "Local||0", "|A|0", "Local|A|0" }, { "Local|A|4" } },
     };
-    for (const auto& c : cases) {
+    for (const auto& [texts, expected] : cases) {
         std::vector<QueueItem> items;
-        for (const QString& text : c.items) {
+        for (const QString& text : texts) {
             const QStringList parts = text.split(u'|');
             QueueItem& item = items.emplace_back();
             item.position = int(items.size());
@@ -56,7 +51,7 @@ TEST(QueueSenderTest, OneGroupPerPairWithAnIdleItem)
                 positions.append(QString::number(position));
             groups.append(group.source + u'|' + group.destination + u'|' + positions.join(u' '));
         }
-        EXPECT_EQ(groups, c.groups) << c.what;
+        EXPECT_EQ(groups, expected) << texts.join(u' ').toStdString();
     }
 }
 
@@ -64,12 +59,8 @@ TEST(QueueSenderTest, OneGroupPerPairWithAnIdleItem)
 // placed already.
 TEST(QueueSenderTest, ResendFolderUndoesThePlacement)
 {
-    const struct {
-        const char* localFolder;
-        const char* remoteFolder;
-        DirTree mode;
-        const char* expected;
-    } cases[] = {
+    // The local folder, the remote one the file failed in, the mode, the folder to resend into.
+    const std::tuple<const char*, const char*, DirTree, const char*> cases[] = {
         { "/home/me/www/css", "/srv/home/me/www/css", DirTree::FullPath, "/srv/" },
         { "/home/me/www/css", "/srv/css/", DirTree::LastDir, "/srv/" },
         { "C:\\web\\site", "\\pub\\site", DirTree::LastDir, "\\pub\\" },
@@ -78,23 +69,20 @@ TEST(QueueSenderTest, ResendFolderUndoesThePlacement)
         // Failed before it was placed (a folder that could not be made).
         { "/home/me/www", "/", DirTree::LastDir, "/" },
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(QueueSender::resendFolder(QString::fromUtf8(c.localFolder),
-                      QString::fromUtf8(c.remoteFolder), QStringLiteral("a.txt"), c.mode),
-            QString::fromUtf8(c.expected))
-            << c.localFolder << " in " << c.remoteFolder;
+    for (const auto& [localFolder, remoteFolder, mode, expected] : cases) {
+        EXPECT_EQ(QueueSender::resendFolder(QString::fromUtf8(localFolder),
+                      QString::fromUtf8(remoteFolder), QStringLiteral("a.txt"), mode),
+            QString::fromUtf8(expected))
+            << localFolder << " in " << remoteFolder;
     }
 }
 
 TEST(QueueSenderTest, ResendPeriodFollowsTheSettings)
 {
     constexpr auto kShortest = QueueResendTimer::kShortestPeriod;
-    const struct {
-        int startQueueProg;
-        const char* resendTime;
-        std::chrono::milliseconds first;
-        std::chrono::milliseconds later;
-    } cases[] = {
+    // StartQueueProg, ResendTime, the first period and the later ones.
+    using std::chrono::milliseconds;
+    const std::tuple<int, const char*, milliseconds, milliseconds> cases[] = {
         { 1, "10", 5s, 10min },
         { 0, "10", 10min, 10min },
         { 2, " 3 minutes", 3min, 3min },
@@ -102,10 +90,10 @@ TEST(QueueSenderTest, ResendPeriodFollowsTheSettings)
         { 0, "abc", kShortest, kShortest },
         { 0, "-5", kShortest, kShortest },
     };
-    for (const auto& c : cases) {
-        const QString time = QString::fromLatin1(c.resendTime);
-        EXPECT_EQ(QueueResendTimer::firstPeriodOf(c.startQueueProg, time), c.first) << c.resendTime;
-        EXPECT_EQ(QueueResendTimer::periodOf(time), c.later) << c.resendTime;
+    for (const auto& [startQueueProg, resendTime, first, later] : cases) {
+        const QString time = QString::fromLatin1(resendTime);
+        EXPECT_EQ(QueueResendTimer::firstPeriodOf(startQueueProg, time), first) << resendTime;
+        EXPECT_EQ(QueueResendTimer::periodOf(time), later) << resendTime;
     }
 }
 
@@ -125,10 +113,7 @@ protected:
 // Under FULL_PATH a failed file's folder is the placed one; the resend must not place it twice.
 TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
 {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = { name, nullptr };
-    QCoreApplication app(argc, argv);
+    EventLoop loop;
     SettingsStore::set(settings::schedule::kResendFail, 1);
     // The local tree, also on server 1 below "/src", as the source of a copy to server 2.
     for (const FileEntry& file : fileSet()) {

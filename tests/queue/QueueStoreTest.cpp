@@ -162,27 +162,23 @@ TEST_F(QueueStoreTest, ReadLimitsCutLongValues)
 TEST_F(QueueStoreTest, BadFilesReadWithoutHarmAndKeepTheirReadableItems)
 {
     const QByteArray one = "[QUEUE1]\nLocalName=a\n";
-    const struct {
-        const char* what;
-        QByteArray file;
-        QStringList names;
-    } cases[] = {
-        { "cut short", "[QUEUE]\nNumQueues=2\n" + one + "[QUEUE2]\nLocalNa", { "a", "" } },
-        { "a count larger than the sections", "[QUEUE]\nNumQueues=3\n" + one, { "a", "", "" } },
-        { "a negative count", "[QUEUE]\nNumQueues=-2\n" + one, {} },
-        { "a count that is no number", "[QUEUE]\nNumQueues=abc\n" + one, {} },
-        { "binary garbage",
-            QByteArray("\0\x01\xff\n[QUEUE]\nNumQueues=1\n", 24) + one
-                + QByteArray("\xc3\x28\0", 3),
+    // Cut short, a count larger than the sections, a negative count, a count that is no number,
+    // binary garbage.
+    const std::pair<QByteArray, QStringList> cases[] = {
+        { "[QUEUE]\nNumQueues=2\n" + one + "[QUEUE2]\nLocalNa", { "a", "" } },
+        { "[QUEUE]\nNumQueues=3\n" + one, { "a", "", "" } },
+        { "[QUEUE]\nNumQueues=-2\n" + one, {} },
+        { "[QUEUE]\nNumQueues=abc\n" + one, {} },
+        { QByteArray("\0\x01\xff\n[QUEUE]\nNumQueues=1\n", 24) + one + QByteArray("\xc3\x28\0", 3),
             { "a" } },
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        writeFile(path(), c.file);
+    for (const auto& [file, names] : cases) {
+        SCOPED_TRACE(file.left(24).toStdString());
+        writeFile(path(), file);
         QueueStore store(path());
-        EXPECT_EQ(namesOf(store.loadAll()), c.names);
+        EXPECT_EQ(namesOf(store.loadAll()), names);
         EXPECT_TRUE(store.appendFailed(named("new")));
-        EXPECT_EQ(namesOf(store.loadAll()), c.names + QStringList { "new" });
+        EXPECT_EQ(namesOf(store.loadAll()), names + QStringList { "new" });
     }
 }
 

@@ -3,10 +3,9 @@
 #include "scheduler/Scheduler.h"
 
 #include "TempSettings.h"
+#include "TestWait.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/SettingsStore.h"
-
-#include <QCoreApplication>
 
 #include <gtest/gtest.h>
 
@@ -25,10 +24,7 @@ TEST(SchedulerTest, OnUnlessTheSettingSaysExactlyNo)
 
 TEST(SchedulerTest, ATickStartsWhatIsDueAtTheClocksNowAndThenKeepsToAMinute)
 {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = { name, nullptr };
-    QCoreApplication app(argc, argv); // the timer needs the thread's event loop
+    EventLoop loop; // the timer needs the thread's event loop
     TempSettings settings;
     std::vector<ScheduleEntry> entries;
     for (const char* value : { "report.cmd Daily ---- 07:30 On", "news Daily ---- 07:30 On",

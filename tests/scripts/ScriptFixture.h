@@ -1,14 +1,14 @@
 #pragma once
 
 // What the script tests share: two fixture servers, a local folder that is the script's LOCAL,
-// a sink that records the progress lines, and the lines and log records a run should give.
+// and the lines and log records a run should give.
 
 #include "FtpTestKit.h"
 #include "TestFiles.h"
 #include "distribution/WorkerThreads.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
-#include "scripts/ScriptProgressSink.h"
+#include "scripts/ScriptProgress.h"
 #include "scripts/ScriptRun.h"
 
 #include <QDir>
@@ -17,40 +17,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <vector>
 
 namespace zelto::test {
-
-class RecordingLines final : public ScriptProgressSink {
-public:
-    void addLine(const QString& line) override
-    {
-        const std::lock_guard lock(mutex_);
-        lines_.append(line);
-    }
-    void ended(bool allSucceeded) override
-    {
-        const std::lock_guard lock(mutex_);
-        ended_ = allSucceeded;
-    }
-    [[nodiscard]] QStringList lines() const
-    {
-        const std::lock_guard lock(mutex_);
-        return lines_;
-    }
-    [[nodiscard]] std::optional<bool> ended() const
-    {
-        const std::lock_guard lock(mutex_);
-        return ended_;
-    }
-
-private:
-    mutable std::mutex mutex_;
-    QStringList lines_;
-    std::optional<bool> ended_;
-};
 
 // A progress line of a step: "srv: Make Directory OK (new)".
 inline QString step(const QString& subject, int id, const QString& object = {})
@@ -147,7 +116,7 @@ protected:
         return path;
     }
 
-    std::unique_ptr<ScriptRun> start(const QString& path, std::shared_ptr<RecordingLines> sink)
+    std::unique_ptr<ScriptRun> start(const QString& path, std::shared_ptr<ScriptProgress> sink)
     {
         auto run = std::make_unique<ScriptRun>(recorder_.services, threads_, std::move(sink));
         run->start(path);
@@ -157,13 +126,13 @@ protected:
     // Runs the script to its end; its lines.
     QStringList run(const QString& path)
     {
-        auto sink = std::make_shared<RecordingLines>();
+        auto sink = std::make_shared<ScriptProgress>();
         const auto script = start(path, sink);
         EXPECT_TRUE(script->waitFinished(kRunDeadline));
         // A run succeeds when no step failed, and the sink hears so.
-        const QStringList lines = sink->lines();
+        const QStringList lines = sink->linesFrom(0);
         EXPECT_EQ(script->succeeded(), !lines.contains(QStringLiteral("ERROR!")));
-        EXPECT_EQ(sink->ended(), script->succeeded());
+        EXPECT_EQ(sink->outcome(), script->succeeded());
         return lines;
     }
 

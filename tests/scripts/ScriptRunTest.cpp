@@ -279,13 +279,14 @@ TEST_F(ScriptRunTest, PauseResumeAndStop)
 {
     // Paused while a line runs: it ends, and the next one waits for the resume.
     a_->setFaults({ .stall = { { "MKD", 1s } } });
-    auto sink = std::make_shared<RecordingLines>();
+    auto sink = std::make_shared<ScriptProgress>();
     auto script = start(writeScript({ open("a", *a_), "mkdir a one", "mkdir a two" }), sink);
     ASSERT_TRUE(waitUntil([&] { return a_->commandCount("MKD") == 1; }, 20s));
     script->pause();
     EXPECT_EQ(script->state(), ScriptState::Suspended);
     ASSERT_TRUE(waitUntil(
-        [&] { return sink->lines().contains(step(kA, ids::kLogMakeDirectoryOk, "one")); }, 20s));
+        [&] { return sink->linesFrom(0).contains(step(kA, ids::kLogMakeDirectoryOk, "one")); },
+        20s));
     const int foldersAtResume = a_->commandCount("MKD");
     script->resume();
     EXPECT_EQ(script->state(), ScriptState::Running);
@@ -297,21 +298,21 @@ TEST_F(ScriptRunTest, PauseResumeAndStop)
     // Stopped inside a put that the server holds: the put ends, no later line runs.
     a_->setFaults({ .stall = { { "STOR", FtpFaults::kForever } } });
     ASSERT_TRUE(makeFile(local("up.txt"), 1000, 1));
-    sink = std::make_shared<RecordingLines>();
+    sink = std::make_shared<ScriptProgress>();
     script = start(writeScript({ open("a", *a_), "put a up.txt", "mkdir a late" }), sink);
     ASSERT_TRUE(waitUntil([&] { return a_->commandCount("STOR") == 1; }, 20s));
     script->stop();
     ASSERT_TRUE(script->waitFinished(kRunDeadline));
     EXPECT_FALSE(script->succeeded());
-    EXPECT_EQ(sink->ended(), false);
+    EXPECT_EQ(sink->outcome(), false);
     const Expected put = Expected().opened(kA).fail(kA, kFailed, "up.txt", text(ids::kPutCanceled));
-    EXPECT_TRUE(sameLines(sink->lines().mid(0, put.lines.size()), put.lines));
+    EXPECT_TRUE(sameLines(sink->linesFrom(0).mid(0, put.lines.size()), put.lines));
     EXPECT_FALSE(QFileInfo::exists(a_->home() + "/late"));
 
     // Stopped while it waits before its first line: nothing reaches the server.
     a_->setFaults({});
     const int logins = a_->commandCount("USER");
-    sink = std::make_shared<RecordingLines>();
+    sink = std::make_shared<ScriptProgress>();
     script = std::make_unique<ScriptRun>(recorder_.services, threads_, sink);
     script->pause();
     script->start(writeScript({ open("a", *a_) }));
@@ -319,7 +320,7 @@ TEST_F(ScriptRunTest, PauseResumeAndStop)
     script->stop();
     ASSERT_TRUE(script->waitFinished(kRunDeadline));
     EXPECT_FALSE(script->succeeded());
-    EXPECT_EQ(sink->lines(), QStringList());
+    EXPECT_EQ(sink->linesFrom(0), QStringList());
     EXPECT_EQ(a_->commandCount("USER"), logins);
 }
 

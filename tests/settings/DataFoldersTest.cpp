@@ -28,12 +28,8 @@ TEST(DataFolders, EmptyProfilePathMeansOwnerOnlyAppDataFolder)
 
 TEST(DataFolders, TypedProfileDirectory)
 {
-    struct Case {
-        const char* typed; // relative to the temporary root
-        const char* stored;
-        bool makesFolders;
-    };
-    const Case cases[] = {
+    // Typed and stored below the temporary root, and whether the three folders are made there.
+    const std::tuple<const char*, const char*, bool> cases[] = {
         { "/Data/Profiles", "/Data", false },
         { "/Data/Profiles/", "/Data", false }, // one trailing character tolerated
         { "/Data\\Profiles", "/Data", false },
@@ -41,16 +37,16 @@ TEST(DataFolders, TypedProfileDirectory)
         { "/Data/Profiles/old", "/Data/Profiles/old", true },
         { "/Data", "/Data", true },
     };
-    for (const Case& c : cases) {
+    for (const auto& [typedBelow, stored, makesFolders] : cases) {
         test::TempSettings temp;
-        const QString typed = temp.root() + QString::fromUtf8(c.typed);
+        const QString typed = temp.root() + QString::fromUtf8(typedBelow);
         DataFolders::storeTypedProfileDirectory(typed);
         EXPECT_EQ(SettingsStore::get(settings::config::kProfilePath),
-            temp.root() + QString::fromUtf8(c.stored))
-            << c.typed;
+            temp.root() + QString::fromUtf8(stored))
+            << typedBelow;
         for (const char* sub : { "/Profiles", "/Links", "/Files" })
-            EXPECT_EQ(QFileInfo(typed + QString::fromLatin1(sub)).isDir(), c.makesFolders)
-                << c.typed << sub;
+            EXPECT_EQ(QFileInfo(typed + QString::fromLatin1(sub)).isDir(), makesFolders)
+                << typedBelow << sub;
     }
 }
 

@@ -9,7 +9,6 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QSaveFile>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -115,14 +114,12 @@ FtpServer::~FtpServer() = default;
 
 QByteArray FtpServer::url(const QString& path) const
 {
-    QUrl url;
-    url.setScheme(QStringLiteral("ftp"));
-    url.setUserName(users_.front().name);
-    url.setPassword(users_.front().password);
-    url.setHost(host());
-    url.setPort(port_);
-    url.setPath(QLatin1Char('/') + path);
-    return url.toEncoded();
+    const FtpUser& user = users_.front();
+    return QStringLiteral("ftp://%1:%2@%3:%4/%5")
+        .arg(user.name, user.password, host())
+        .arg(port_)
+        .arg(path)
+        .toUtf8();
 }
 
 void FtpServer::setFaults(const FtpFaults& faults)
@@ -138,11 +135,8 @@ std::vector<LoggedCommand> FtpServer::commandLog() const
         return log;
     while (!file.atEnd()) {
         const auto line = QString::fromUtf8(file.readLine()).chopped(1);
-        const auto connectionEnd = line.indexOf(QLatin1Char(' '));
-        const auto commandEnd = line.indexOf(QLatin1Char(' '), connectionEnd + 1);
-        log.push_back({ line.left(connectionEnd).toInt(),
-            line.mid(connectionEnd + 1, commandEnd < 0 ? -1 : commandEnd - connectionEnd - 1),
-            commandEnd < 0 ? QString() : line.mid(commandEnd + 1) });
+        log.push_back(
+            { line.section(u' ', 0, 0).toInt(), line.section(u' ', 1, 1), line.section(u' ', 2) });
     }
     return log;
 }

@@ -83,27 +83,18 @@ QByteArray contents(const QString& path)
 
 ::testing::AssertionResult sameBytes(const QString& a, const QString& b)
 {
-    QFile fileA(a);
-    QFile fileB(b);
-    if (!fileA.open(QIODevice::ReadOnly))
-        return ::testing::AssertionFailure() << "cannot read " << a.toStdString();
-    if (!fileB.open(QIODevice::ReadOnly))
-        return ::testing::AssertionFailure() << "cannot read " << b.toStdString();
-    if (fileA.size() != fileB.size())
-        return ::testing::AssertionFailure()
-            << a.toStdString() << " has " << fileA.size() << " bytes, " << b.toStdString()
-            << " has " << fileB.size();
-    for (qint64 offset = 0; !fileA.atEnd(); offset += kPieceSize) {
-        const auto pieceA = fileA.read(kPieceSize);
-        const auto pieceB = fileB.read(kPieceSize);
-        if (pieceA != pieceB) {
-            const auto at = std::mismatch(pieceA.begin(), pieceA.end(), pieceB.begin()).first;
-            return ::testing::AssertionFailure()
-                << a.toStdString() << " and " << b.toStdString() << " differ at byte "
-                << offset + (at - pieceA.begin());
-        }
+    for (const QString& path : { a, b }) {
+        if (!QFileInfo(path).isFile())
+            return ::testing::AssertionFailure() << "cannot read " << path.toStdString();
     }
-    return ::testing::AssertionSuccess();
+    const QByteArray bytesA = contents(a);
+    const QByteArray bytesB = contents(b);
+    if (bytesA == bytesB)
+        return ::testing::AssertionSuccess();
+    const auto at = std::mismatch(bytesA.begin(), bytesA.end(), bytesB.begin(), bytesB.end());
+    return ::testing::AssertionFailure()
+        << a.toStdString() << " (" << bytesA.size() << " bytes) and " << b.toStdString() << " ("
+        << bytesB.size() << " bytes) differ at byte " << at.first - bytesA.begin();
 }
 
 } // namespace zelto::test

@@ -30,6 +30,19 @@ template <typename Predicate>
     return true;
 }
 
+// The application object, for the lifetime of the object, of a test whose code needs this
+// thread's event loop (timers, queued calls).
+class EventLoop final {
+public:
+    EventLoop() : app_(argc_, argv_) { }
+
+private:
+    int argc_ = 1;
+    char name_[5] = "test";
+    char* argv_[2] = { name_, nullptr };
+    QCoreApplication app_;
+};
+
 // Delivers the events posted to this thread so far: the end of a run whose last steps are queued,
 // where a test checks what did not happen.
 [[nodiscard]] inline bool settle()

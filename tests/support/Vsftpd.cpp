@@ -1,17 +1,14 @@
 #include "Vsftpd.h"
 
 #include "RefusingPort.h"
+#include "TestFiles.h"
 #include "TestWait.h"
 
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <pwd.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace zelto::test {
 
@@ -22,26 +19,14 @@ using namespace std::chrono_literals;
 constexpr auto kStartDeadline = 10s;
 constexpr int kPortAttempts = 5;
 const QByteArray kBanner = "Zelto test vsftpd";
-// Anonymous sessions run as this user; vsftpd changes to its home folder before anon_root.
+// Anonymous sessions run as this user (vsftpd's default ftp_username); vsftpd changes to its home
+// folder before anon_root.
 const char* const kSessionUser = "ftp";
 
 QString vsftpdProgram()
 {
-    auto found = QStandardPaths::findExecutable(QStringLiteral("vsftpd"));
-    if (found.isEmpty())
-        found = QStandardPaths::findExecutable(QStringLiteral("vsftpd"),
-            { QStringLiteral("/usr/sbin"), QStringLiteral("/usr/local/sbin"),
-                QStringLiteral("/sbin") });
-    return found;
-}
-
-sockaddr_in loopback(quint16 port)
-{
-    sockaddr_in address {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
+    return QStandardPaths::findExecutable(QStringLiteral("vsftpd"),
+        qEnvironmentVariable("PATH").split(u':') + QStringList { "/usr/sbin", "/usr/local/sbin" });
 }
 
 // True when our vsftpd greets on the port.
@@ -61,39 +46,27 @@ bool greets(quint16 port)
 
 QByteArray config(quint16 port, const QString& root, const QString& emptyDir)
 {
-    // isolate=NO: the network and PID namespaces are not available in every container.
+    // Only what differs from vsftpd's defaults. isolate=NO: the network and PID namespaces are not
+    // available in every container.
     return QStringLiteral(R"(listen=YES
-listen_ipv6=NO
 listen_address=127.0.0.1
 listen_port=%1
-background=NO
 seccomp_sandbox=NO
 isolate=NO
 isolate_network=NO
 secure_chroot_dir=%2
 ftpd_banner=%3
-local_enable=NO
 anonymous_enable=YES
-no_anon_password=NO
-ftp_username=%4
-anon_root=%5
+anon_root=%4
 write_enable=YES
 anon_upload_enable=YES
 anon_mkdir_write_enable=YES
 anon_other_write_enable=YES
 anon_world_readable_only=NO
 anon_umask=022
-pasv_enable=YES
-port_enable=YES
-connect_from_port_20=NO
-xferlog_enable=NO
-syslog_enable=NO
-dirmessage_enable=NO
-idle_session_timeout=60
-data_connection_timeout=60
 )")
         .arg(port)
-        .arg(emptyDir, QLatin1String(kBanner), QLatin1String(kSessionUser), root)
+        .arg(emptyDir, QLatin1String(kBanner), root)
         .toUtf8();
 }
 
@@ -157,12 +130,7 @@ bool Vsftpd::start(quint16 port)
 {
     const auto configFile = dir_.filePath(QStringLiteral("vsftpd.conf"));
     const auto errorFile = dir_.filePath(QStringLiteral("vsftpd.err"));
-    QFile file(configFile);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        || file.write(config(port, root(), dir_.filePath(QStringLiteral("empty")))) < 0)
-        fixtureError(QStringLiteral("cannot write %1").arg(configFile));
-    file.close();
-    QFile::remove(errorFile);
+    writeFile(configFile, config(port, root(), dir_.filePath(QStringLiteral("empty"))));
 
     // vsftpd writes its fatal errors to descriptor 0 (the socket when run from inetd): give it
     // the error file there, opened for writing.
@@ -170,21 +138,18 @@ bool Vsftpd::start(quint16 port)
         QStringList { QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$1\" 0<>\"$2\""),
             vsftpdProgram(), configFile, errorFile },
         errorFile);
-    const bool up
-        = waitUntil([&] { return !process_->isRunning() || greets(port); }, kStartDeadline)
-        && process_->isRunning();
-    if (up) {
+    if (waitUntil([&] { return !process_->isRunning() || greets(port); }, kStartDeadline)
+        && process_->isRunning()) {
         port_ = port;
         return true;
     }
-    const bool ended = !process_->isRunning();
+    const auto what = process_->isRunning()
+        ? QStringLiteral("did not greet within %1 s").arg(kStartDeadline.count())
+        : QStringLiteral("ended");
     const auto errors = process_->errorOutput();
     process_.reset();
     if (errors.contains(QLatin1String("could not bind")))
         return false;
-    const auto what = !ended
-        ? QStringLiteral("did not greet within %1 s").arg(kStartDeadline.count())
-        : QStringLiteral("ended");
     fixtureError(
         QStringLiteral("vsftpd on port %1 %2; its error output:\n%3").arg(port).arg(what, errors));
 }

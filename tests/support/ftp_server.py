@@ -1,16 +1,12 @@
-"""FTP server for the tests: users from a JSON file, faults injected on request.
+"""FTP server for the tests: one user from a JSON file, faults injected on request.
 
 Run:  python3 ftp_server.py --config CONFIG.json --command-log FILE
 
-It listens on a free loopback port, prints "PORT <n>" when ready and runs until
-its standard input reaches end of file (so a test process that dies never leaves
-a server behind) or it receives SIGTERM.
-
-CONFIG.json: {"user": {"name": ..., "password": ..., "home": ...}, "faults_file": ...}
-The faults file is read again at every command; its keys (all optional) are
-refuse_login, close_data_after, close_data_on, stall ({"RETR": 1.5, "USER": null},
-null holding the reply until the server stops), refuse, drop, hang_up_after_upload,
-spare_files and endless_listing, as FtpFaults in FtpServer.h describes them.
+It listens on a free loopback port, prints "PORT <n>" when ready and runs until its standard
+input reaches end of file (a test process that dies leaves no server behind) or SIGTERM.
+CONFIG.json: {"user": {"name", "password", "home"}, "faults_file": ...}. The faults file, read
+again at every command, holds the faults of FtpFaults in FtpServer.h ("stall": {"RETR": 1.5,
+"USER": null}, null holding the reply until the server stops).
 """
 
 import argparse
@@ -35,8 +31,7 @@ HIDDEN_ARGUMENTS = {"PASS"}
 
 
 def load_faults(config):
-    """The faults in force now (the fixture replaces the file atomically, so a
-    half-written file is never seen)."""
+    """The faults in force now (the fixture replaces the file whole)."""
     with open(config["faults_file"], encoding="utf-8") as f:
         return json.load(f)
 
