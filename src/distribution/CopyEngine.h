@@ -17,8 +17,9 @@ class CTransferSession;
 // by its local folder and name (a folder of the source server; empty: the source connection's
 // folder) and its target by its remote folder and name (empty: the target connection's folder).
 // FTPDirTree re-creates the source folder on the target as a put re-creates a local folder, and
-// the missing target folders are made; names are not shortened. Logs 32873 and 32874 (target
-// folders) and 32863 (each file copied) and plays the transfer sounds.
+// the missing target folders are made; names are not shortened. Logs ids::kLogMakeDirectoryOk and
+// ids::kLogMakeDirectoryFailed (target folders) and ids::kLogFtpTransferComplete (each file copied)
+// and plays the transfer sounds.
 //
 // Returns success when both connected and it went through the files, otherwise the first connect
 // that failed (nothing is then copied). The caller disconnects both sessions.

@@ -24,8 +24,9 @@ struct FileEntry {
     QString remoteFolder; // empty: the folder the (target) connection starts in
     qint64 size = 0;
 
-    // kSent, kNotTried, 237 (cancelled), 239 (refused to overwrite), 240 (remote folder could not
-    // be made), or the code of the failing transfer.
+    // kSent, kNotTried, ids::kPutCanceled (cancelled), ids::kCannotOverwrite (refused to
+    // overwrite), ids::kCannotCreateFolder (remote folder could not be made), or the code of the
+    // failing transfer.
     int result = kNotTried;
     QString message; // the failure's text, for the log and the queue
     qint64 transferred = 0; // bytes really moved; positive means the file reached the server

@@ -22,9 +22,9 @@ public:
     // Shows what the preparation is doing (the wait text), and an empty text when it is done.
     using StatusText = std::function<void(const QString&)>;
 
-    // The common preparation of Send Parallel and Send Serial: refuses with 204 when there is no
-    // site and with 203 when there is no file (stop icon, through `notifier`), otherwise builds
-    // the set while `status` shows 233.
+    // The common preparation of Send Parallel and Send Serial: refuses with ids::kNoTargetSites
+    // when there is no site and with ids::kNoFilesToSend when there is no file (stop icon, through
+    // `notifier`), otherwise builds the set while `status` shows 233.
     [[nodiscard]] static std::optional<FileSet> prepare(std::size_t siteCount,
         const std::vector<FileListEntry>& entries, Notifier& notifier,
         const StatusText& status = {});

@@ -16,8 +16,8 @@ class CTransferSession;
 // the entry has none) into its local folder, where FTPDirTree re-creates the last or every part
 // of the remote folder. A name that could lead out of the local folder (one with "/" or "\", or
 // "." or "..", as a lying listing may give) is refused for that file and nothing is written.
-// Logs 32873 and 32874 (local folders) and 32863 (each file fetched) and plays the transfer
-// sounds.
+// Logs ids::kLogMakeDirectoryOk and ids::kLogMakeDirectoryFailed (local folders) and
+// ids::kLogFtpTransferComplete (each file fetched) and plays the transfer sounds.
 //
 // Returns success when it connected and went through the files, otherwise the failed connect.
 // The caller disconnects.

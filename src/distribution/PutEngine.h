@@ -15,8 +15,9 @@ class CTransferSession;
 // placed by FTPDirTree and RenameLongFileNames under its remote folder (the connection's folder
 // when the entry has none), making the missing remote folders. Every file's outcome lands in its
 // entry: result, message, and for a failed transfer the folder it was meant for, so that a later
-// resend goes to the same place. Logs 32873 and 32874 (folders) and 32863 (each file sent) and
-// plays the transfer sounds; failed files are the bookkeeping's to log.
+// resend goes to the same place. Logs ids::kLogMakeDirectoryOk and ids::kLogMakeDirectoryFailed
+// (folders) and ids::kLogFtpTransferComplete (each file sent) and plays the transfer sounds; failed
+// files are the bookkeeping's to log.
 //
 // Returns success when it connected and went through the files, whose own results tell how each
 // went; otherwise the failed connect (the files then stay not tried, with the connect's text as

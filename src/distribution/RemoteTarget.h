@@ -28,10 +28,12 @@ public:
     RemoteTarget& operator=(const RemoteTarget&) = delete;
 
     // Places `entry` as `name` under its remote folder, shows `sourcePath` beside the target,
-    // makes the missing folders (32873; 32874 and 240 when one cannot be made), refuses an
-    // existing file with 239 when overwriting is forbidden, and otherwise runs `transfer`. Sent:
-    // 32863 with `from` and the target path. Failed: the entry keeps the code, the text and the
-    // folder the file was meant for, so that a resend goes to the same place.
+    // makes the missing folders (ids::kLogMakeDirectoryOk; ids::kLogMakeDirectoryFailed and
+    // ids::kCannotCreateFolder when one cannot be made), refuses an existing file with
+    // ids::kCannotOverwrite when overwriting is forbidden, and otherwise runs `transfer`. Sent:
+    // ids::kLogFtpTransferComplete with `from` and the target path. Failed: the entry keeps the
+    // code, the text and the folder the file was meant for, so that a resend goes to the same
+    // place.
     void send(FileEntry& entry, const QString& sourcePath, const QString& name, const QString& from,
         const Transfer& transfer);
 

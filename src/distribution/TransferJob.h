@@ -92,9 +92,10 @@ public:
     // callback and hands the site under way, and every later site of the list untried, to the
     // outcome sink.
     void cancel();
-    // Serial "Only this one". Connected: the file under way ends with 237 and the worker goes on
-    // with the next site. Not connected yet: the worker is stopped and hands this site to the
-    // outcome sink; the rest of the list goes on in a new worker. A single job is cancelled.
+    // Serial "Only this one". Connected: the file under way ends with ids::kPutCanceled and the
+    // worker goes on with the next site. Not connected yet: the worker is stopped and hands this
+    // site to the outcome sink; the rest of the list goes on in a new worker. A single job is
+    // cancelled.
     void cancelCurrentSite();
 
 private:

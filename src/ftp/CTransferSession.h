@@ -49,7 +49,8 @@ public:
     [[nodiscard]] FtpResult connectJob(const JobSite& site);
     // The connect of the remote browser: on success the typed values are kept for next time.
     [[nodiscard]] FtpResult quickConnect(const JobSite& site);
-    // Logs out (32875 when a connection was open), then writes the session's end (32877).
+    // Logs out (ids::kLogFtpConnectionClosed when a connection was open), then writes the session's
+    // end (ids::kLogSessionEnded).
     void disconnectJob();
     // Closes the connection, if any; false when there was none.
     bool closeConnection();

@@ -21,9 +21,9 @@ enum class LocalFileError {
 };
 
 // The outcome of one FTP operation: 0, or a library error code (12001-12156), a local file error
-// (LocalFileError) or a resource id used as a code (237 "FTP Put Canceled", 285 "FTP Get
-// Canceled"). The detail keeps what the code alone cannot say: the server's own reply, libcurl's
-// words, or the local file and the system's words.
+// (LocalFileError) or a resource id used as a code (ids::kPutCanceled "FTP Put Canceled",
+// ids::kGetCanceled "FTP Get Canceled"). The detail keeps what the code alone cannot say: the
+// server's own reply, libcurl's words, or the local file and the system's words.
 struct [[nodiscard]] FtpResult {
     int code = 0;
     QString detail;

@@ -34,8 +34,8 @@ public:
     [[nodiscard]] const QString& server() const { return server_; }
 
     void log(int messageId, const QString& field2 = {}, const QString& detail = {}) const;
-    // The outcome of deleting a transferred file's source at `path` on `machine` (32869 or
-    // 32870).
+    // The outcome of deleting a transferred file's source at `path` on `machine`
+    // (ids::kLogDeletionOk or ids::kLogDeletionFailed).
     void logDeletion(const QString& path, const QString& machine, const FtpResult& removed) const;
     void play(SoundEvent event) const;
     // The result's message in a box with the stop icon.

@@ -40,14 +40,15 @@ struct TransferRequest {
 // (see FtpConnection), so nothing is converted twice.
 
 // Local file to remote file. The file is sent up to the request's size, and a file found shorter
-// fails. Cancel (CTransferSession::requestCancel) ends it with 237: before the remote open
-// nothing is created on the server, later the partial file stays. After success DeletePut "YES"
-// deletes the local file unless the request keeps it; only a failed delete is logged (32870).
+// fails. Cancel (CTransferSession::requestCancel) ends it with ids::kPutCanceled: before the remote
+// open nothing is created on the server, later the partial file stays. After success DeletePut
+// "YES" deletes the local file unless the request keeps it; only a failed delete is logged
+// (ids::kLogDeletionFailed).
 [[nodiscard]] FtpResult putFile(CTransferSession& session, const TransferRequest& request);
 
 // Remote file to local file, created or truncated when the first bytes arrive. A stop request
-// ends it with 285 and leaves the partial file. After success DeleteGet "YES" deletes the remote
-// file, logged as 32869 or 32870.
+// ends it with ids::kGetCanceled and leaves the partial file. After success DeleteGet "YES" deletes
+// the remote file, logged as ids::kLogDeletionOk or ids::kLogDeletionFailed.
 [[nodiscard]] FtpResult getFile(CTransferSession& session, const TransferRequest& request);
 
 // Remote file on `source` to a remote file on `target`, streamed through a bounded buffer from a
@@ -56,7 +57,7 @@ struct TransferRequest {
 // leaves no target behind. The TransferType option and the request's `honourTransferType` do not
 // apply: the type is the one set on the source or else the target session, or else the
 // extension's. The time goes to the copy-time total. After success DeleteGet "YES" deletes the
-// source, logged as 32869 or 32870.
+// source, logged as ids::kLogDeletionOk or ids::kLogDeletionFailed.
 [[nodiscard]] FtpResult copyFile(
     CTransferSession& source, CTransferSession& target, const TransferRequest& request);
 

@@ -9,10 +9,11 @@ class LogSink;
 struct FileEntry;
 struct QueueItem;
 
-// The end of each site of each transfer job: every file that was not sent is logged (32864
-// "FTP Transfer Failed") and, with ResendFail on, queued again or counted up; every file sent
-// leaves the queue if it was there. All of one site's changes to the queue are one write of the
-// queue file, so jobs that end together lose nothing. Called on the jobs' worker threads.
+// The end of each site of each transfer job: every file that was not sent is logged
+// (ids::kLogFtpTransferFailed "FTP Transfer Failed") and, with ResendFail on, queued again or
+// counted up; every file sent leaves the queue if it was there. All of one site's changes to the
+// queue are one write of the queue file, so jobs that end together lose nothing. Called on the
+// jobs' worker threads.
 //
 // A job that must leave the queue alone is given another sink.
 class QueueBookkeeping final : public JobOutcomeSink {

@@ -39,7 +39,8 @@ void QueueResendTimer::start()
 
 void QueueResendTimer::tick()
 {
-    // An empty queue says nothing here: message 33054 belongs to the send command.
+    // An empty queue says nothing here: message ids::kQueueEmptyOrSending belongs to the send
+    // command.
     (void)sender_.sendQueue();
     const auto next = periodOf(SettingsStore::get(settings::schedule::kResendTime));
     if (next != timer_.intervalAsDuration())

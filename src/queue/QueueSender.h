@@ -37,8 +37,9 @@ public:
         std::vector<int> positions;
     };
     // Called from the event loop once every job of one send has ended; `empty` when the queue
-    // was empty (the caller then says 33054 "Queue is either empty or all files are currently
-    // being sent"). A queue without an idle item is not empty: no job starts and it ends at once.
+    // was empty (the caller then says ids::kQueueEmptyOrSending "Queue is either empty or all files
+    // are currently being sent"). A queue without an idle item is not empty: no job starts and it
+    // ends at once.
     using Ended = std::function<void(bool empty)>;
 
     QueueSender(JobServices& services, WorkerThreads& threads, JobOutcomeSink& bookkeeping,

@@ -9,7 +9,8 @@ namespace {
 
 const QString kRule = QStringLiteral("========");
 
-// The stored text of 33027 ends in a blank of its own; a second one would show as two.
+// The stored text of ids::kCannotParseLine ends in a blank of its own; a second one would show as
+// two.
 QString followedByLine(int textId, const QString& line)
 {
     QString text = StringTable::text(textId);

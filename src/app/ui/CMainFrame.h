@@ -63,8 +63,8 @@ public Q_SLOTS:
     void optionsChanged();
 
 Q_SIGNALS:
-    // The frame was closed: the program ends. A close while work runs asks first (33056) and
-    // stops the work on Yes; on No the frame stays.
+    // The frame was closed: the program ends. A close while work runs asks first
+    // (ids::kStopWorkAndQuit) and stops the work on Yes; on No the frame stays.
     void closed();
 
 protected:
