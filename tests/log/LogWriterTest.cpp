@@ -145,7 +145,7 @@ TEST(LogFile, ReadRecordsKeepsRecordsAndSkipsTheRest)
             + "32864\t10:01\t01/02/2024\tb.txt\tsite\t/pub\t\n" // empty detail
             + "32862\t10:02\t01/02/2024\t\tsite\t/pub\tdetail\n" // empty field 1 shifts the rest
             + "32865\tonly\ttwo tabs\n" + "abc\t1\t2\t3\t4\t5\t6\n" + "-5\t1\t2\t3\t4\t5\t6\n"
-            + QByteArray("\x00\xff\xfe\t\x01\n\t\t\t\t\x80\xc3\n", 15) + "\n"
+            + QByteArray("\x00\xff\xfe\t\x01\n\t\t\t\t\x80\xc3\n", 13) + "\n"
             + "32867\t10:03\t01/02/2024\tdir\tsite\t/pub\tüber\n"
             + "32875\t10:04\t01/02/2024\tsite\t\t\tunfinished");
     QStringList read;
