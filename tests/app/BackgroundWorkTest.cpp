@@ -36,8 +36,7 @@ void makeLink(const QString& name, const FtpServer& server, const QString& passw
 
 TEST(BackgroundWorkTest, TheSchedulerStartsScriptsAndLinksWhoseFailuresAreQueued)
 {
-    if (const auto reason = FtpServer::unavailableReason())
-        GTEST_SKIP() << reason->toStdString();
+    SKIP_WITHOUT(FtpServer);
     EventLoop loop;
     TempSettings settings;
     SettingsStore::set(settings::schedule::kResendFail, 1);

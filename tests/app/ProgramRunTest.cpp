@@ -60,8 +60,7 @@ TEST(ProgramRun, HeadlessStarts)
 // -q sends the queue once; the exit status tells whether the queue is empty at the end.
 TEST(ProgramRun, QueueRunEndsWithTheQueue)
 {
-    if (const auto reason = test::FtpServer::unavailableReason())
-        GTEST_SKIP() << reason->toStdString();
+    SKIP_WITHOUT(test::FtpServer);
     const test::TempSettings home;
     SettingsStore::set(settings::schedule::kResendFail, 1);
     SettingsStore::set(settings::ftp::kAccessType, QStringLiteral("DirectAccess"));

@@ -7,7 +7,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QSaveFile>
 
 #include <algorithm>
@@ -20,12 +19,6 @@ using namespace std::chrono_literals;
 
 const QString kPython = QStringLiteral("/usr/bin/python3");
 constexpr auto kStartDeadline = 10s;
-
-// The last line of an error output: for Python, the exception that ended it.
-QString lastLine(const QByteArray& output)
-{
-    return QString::fromLocal8Bit(output).trimmed().section(QLatin1Char('\n'), -1);
-}
 
 QJsonObject toJson(const FtpFaults& faults)
 {
@@ -65,13 +58,13 @@ std::optional<QString> FtpServer::unavailableReason()
         if (!QFileInfo(kPython).isExecutable())
             return QStringLiteral("the FTP test server needs %1, which is not installed")
                 .arg(kPython);
-        QProcess probe;
-        probe.start(kPython, { QStringLiteral("-c"), QStringLiteral("import pyftpdlib") });
-        if (!probe.waitForFinished(10000) || probe.exitStatus() != QProcess::NormalExit
-            || probe.exitCode() != 0)
+        const QTemporaryDir dir;
+        ServerProcess probe(kPython, { QStringLiteral("-c"), QStringLiteral("import pyftpdlib") },
+            dir.filePath(QStringLiteral("probe.err")));
+        if (probe.waitForExit(kStartDeadline) != 0) // the last line: the exception that ended it
             return QStringLiteral("the FTP test server needs pyftpdlib for %1 (package "
                                   "python3-pyftpdlib): %2")
-                .arg(kPython, lastLine(probe.readAllStandardError()));
+                .arg(kPython, probe.errorOutput().section(QLatin1Char('\n'), -1));
         return std::nullopt;
     }();
     return reason;
