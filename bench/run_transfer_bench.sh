@@ -50,31 +50,25 @@ run() {
 OURS=(env TMPDIR="$MEM" "$BENCH" --port "$PORT")
 LFTP="set xfer:clobber on; open -u anonymous,bench $URL"
 
-# put_with TOOL MODE, get_with TOOL MODE: one timed transfer in passive or active mode.
-put_with() {
-  local active=() curlPort=() lftpPassive=on
-  [ "$2" = active ] && active=(--active) curlPort=(-P -) lftpPassive=off
-  case $1 in
-    ours4k) run "put_ours4k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 4096 \
-      --write-buffer 4096 --put "$WORK/source.bin" "pub/ours4k_$2.bin" ;;
-    ours64k) run "put_ours64k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 65536 \
-      --write-buffer 65536 --put "$WORK/source.bin" "pub/ours64k_$2.bin" ;;
-    curl) run "put_curl_$2" curl -sS "${curlPort[@]}" -T "$WORK/source.bin" "$URL/pub/curl_$2.bin" ;;
-    lftp) run "put_lftp_$2" lftp -c "set ftp:passive-mode $lftpPassive; $LFTP;
-      put $WORK/source.bin -o pub/lftp_$2.bin" ;;
-  esac
-}
-get_with() {
-  local active=() curlPort=() lftpPassive=on
-  [ "$2" = active ] && active=(--active) curlPort=(-P -) lftpPassive=off
-  case $1 in
-    ours4k) run "get_ours4k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 4096 \
-      --write-buffer 4096 --get "$WORK/got.bin" "pub/ours4k_$2.bin" ;;
-    ours64k) run "get_ours64k_$2" "${OURS[@]}" "${active[@]}" --read-buffer 65536 \
-      --write-buffer 65536 --get "$WORK/got.bin" "pub/ours64k_$2.bin" ;;
-    curl) run "get_curl_$2" curl -sS "${curlPort[@]}" -o "$WORK/got.bin" "$URL/pub/curl_$2.bin" ;;
-    lftp) run "get_lftp_$2" lftp -c "set ftp:passive-mode $lftpPassive; $LFTP;
-      get pub/lftp_$2.bin -o $WORK/got.bin" ;;
+# transfer put|get TOOL MODE: one timed transfer in passive or active mode. A put sends
+# source.bin to pub/<tool>_<mode>.bin; a get fetches that file back into got.bin.
+transfer() {
+  local dir=$1 tool=$2 mode=$3 active=() curlPort=() lftpPassive=on
+  [ "$mode" = active ] && active=(--active) curlPort=(-P -) lftpPassive=off
+  local remote="pub/${tool}_$mode.bin" local_file=$WORK/got.bin curlWay=(-o "$WORK/got.bin")
+  local lftpWay="get $remote -o $WORK/got.bin"
+  if [ "$dir" = put ]; then
+    local_file=$WORK/source.bin curlWay=(-T "$WORK/source.bin")
+    lftpWay="put $WORK/source.bin -o $remote"
+  fi
+  case $tool in
+    ours4k | ours64k)
+      local buffer=4096
+      [ "$tool" = ours64k ] && buffer=65536
+      run "${dir}_${tool}_$mode" "${OURS[@]}" "${active[@]}" --read-buffer $buffer \
+        --write-buffer $buffer "--$dir" "$local_file" "$remote" ;;
+    curl) run "${dir}_curl_$mode" curl -sS "${curlPort[@]}" "${curlWay[@]}" "$URL/$remote" ;;
+    lftp) run "${dir}_lftp_$mode" lftp -c "set ftp:passive-mode $lftpPassive; $LFTP; $lftpWay" ;;
   esac
 }
 TOOLS=(ours4k ours64k curl lftp)
@@ -88,7 +82,7 @@ for i in $(seq "$RUNS"); do
     for k in 0 1 2 3 4 5 6 7; do
       # Turns k and k + 4 are the same tool, once in each mode.
       tool=${TOOLS[$(((i + k) % 4))]} mode=${MODES[$(((i + k + k / 4) % 2))]}
-      "${dir}_with" "$tool" "$mode"
+      transfer "$dir" "$tool" "$mode"
     done
   done
 done
