@@ -70,7 +70,6 @@ void CScriptProgressDlg::showState()
     const ScriptState state = run_->state();
     toggle_->setText(
         StringTable::text(state == ScriptState::Suspended ? ids::kButtonResume : ids::kButtonStop));
-    toggle_->setEnabled(state != ScriptState::Finished);
 }
 
 void CScriptProgressDlg::poll()
@@ -90,8 +89,12 @@ void CScriptProgressDlg::poll()
             list_->scrollToBottom();
     }
     showState();
-    if (finished)
+    if (finished) {
+        // Off here only, with the last line shown: a state read later, after a slow step of
+        // this thread, may be the end of a run whose last lines are not shown yet.
+        toggle_->setEnabled(false);
         poll_.stop();
+    }
 }
 
 void CScriptProgressDlg::reject()
