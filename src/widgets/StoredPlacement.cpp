@@ -7,6 +7,8 @@
 #include <QScreen>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace zelto {
 namespace {
 
@@ -37,7 +39,11 @@ void StoredPlacement::restore(QWidget& window, const QWidget* over, QSize readab
     const QRect area = screen ? screen->availableGeometry() : QRect(QPoint(), readable);
     window.resize(readable.boundedTo(area.size()));
     const QRect centreOn = over ? over->frameGeometry() : area;
-    window.move(centreOn.center() - QPoint(window.width() / 2, window.height() / 2));
+    const QPoint centred = centreOn.center() - QPoint(window.width() / 2, window.height() / 2);
+    // Over a small frame near the screen's edge, centring alone would push it off the screen.
+    window.move(
+        std::clamp(centred.x(), area.left(), std::max(area.left(), area.right() - window.width())),
+        std::clamp(centred.y(), area.top(), std::max(area.top(), area.bottom() - window.height())));
 }
 
 void StoredPlacement::save(const QWidget& window) const

@@ -15,6 +15,7 @@
 #include "widgets/CDriveTree.h"
 
 #include <QPointer>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -164,12 +165,19 @@ TEST_F(SiteScreenTest, ListsAreMadeNewOrByTheNameOfASaveFromTheRoot)
 TEST_F(SiteScreenTest, OpensCentredAtAReadableSizeThenWhereItWasLeft)
 {
     QWidget frame;
-    frame.setGeometry(100, 100, 1000, 700);
+    const QRect screen = frame.screen()->availableGeometry();
+    frame.setGeometry(QRect(0, 0, 500, 400).translated(screen.center() - QPoint(250, 200)));
     CSite first(notifier_, events_, &frame);
     EXPECT_GT(first.width(), 400);
     EXPECT_GT(first.height(), 400);
     EXPECT_LE(
         (first.frameGeometry().center() - frame.frameGeometry().center()).manhattanLength(), 2);
+
+    // Over a small frame in the corner, centring alone would put it off the screen.
+    QWidget corner;
+    corner.setGeometry(0, 0, 200, 150);
+    const CSite cornered(notifier_, events_, &corner);
+    EXPECT_TRUE(screen.contains(cornered.pos()));
 
     first.show();
     first.setGeometry(30, 40, 900, 650);

@@ -25,11 +25,6 @@ namespace {
 
 using namespace settings::geometry;
 
-// The file-list screen: its two halves side by side, then each half's tree over its list.
-constexpr char kFilesSplitter[] = "Files\\split1";
-constexpr char kFilesLocalSplitter[] = "Files\\split2";
-constexpr char kFilesListSplitter[] = "Files\\split3";
-
 StoredPlacement placement()
 {
     return StoredPlacement(QLatin1StringView(kFilesFrame));
