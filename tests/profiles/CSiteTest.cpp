@@ -190,6 +190,29 @@ TEST_F(SiteScreenTest, OpensCentredAtAReadableSizeThenWhereItWasLeft)
     EXPECT_EQ(again.pos(), first.pos());
 }
 
+TEST_F(SiteScreenTest, AChangedListIsOfferedForSavingWhenTheScreenOrTheFrameCloses)
+{
+    for (const bool byFrame : { false, true }) {
+        SCOPED_TRACE(byFrame ? "frame" : "screen");
+        QWidget frame;
+        CSite screen(notifier_, events_, &frame);
+        frame.show();
+        screen.show();
+        notifier_.reset({});
+        notifier_.yes = true;
+        ASSERT_TRUE(screen.siteTree().selectList(listFolder("one")));
+        screen.filesView().addPaths({ localFolder() + "/b.txt" });
+        ASSERT_TRUE(waitUntil([&] { return !screen.filesView().adding(); }, kDeadline));
+        if (byFrame)
+            frame.close();
+        else
+            screen.close();
+        EXPECT_EQ(notifier_.yesNoQuestions, texts(ids::kListChangedSave));
+        EXPECT_EQ(stored("one"), QStringList({ "b.txt" }));
+        writeList(FileListStore::listFile(listFolder("one")), {});
+    }
+}
+
 TEST_F(SiteScreenTest, OneScreenIsRaisedUntilItCloses)
 {
     QWidget frame;

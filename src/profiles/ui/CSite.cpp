@@ -47,6 +47,9 @@ CSite::CSite(Notifier& notifier, ProfileEvents& events, QWidget* frame)
         *this, frame, QSize(metrics.averageCharWidth() * 175, metrics.lineSpacing() * 44));
     driveTree_->selectFolder(QDir::homePath());
     siteTree_->setFocus();
+    // The frame's close ends the program, and this screen with it, without a close of its own.
+    if (frame)
+        frame->installEventFilter(this);
 }
 
 CSite* CSite::showOrRaise(QWidget* frame, Notifier& notifier, ProfileEvents& events)
@@ -192,6 +195,15 @@ void CSite::closeEvent(QCloseEvent* event)
     leaveList();
     saveLayout();
     QMainWindow::closeEvent(event);
+}
+
+bool CSite::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == parent() && event->type() == QEvent::Close && isVisible()) {
+        leaveList();
+        saveLayout();
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void CSite::moveEvent(QMoveEvent* event)
