@@ -11,6 +11,7 @@
 #   transfer-windows.png  the main window and its transfer windows while the link's transfers run
 #   log-view.png          the main window once the transfers have ended: the log of the run
 #   script-window.png     the progress window of a script that the scheduler ran beside the link
+#   file-list-screen.png  the file-list screen opened from the FTP menu, the list "website" chosen
 #
 # Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
 # x11-utils (to choose the link on the profile bar and to shoot the script's window) and openbox
@@ -165,4 +166,17 @@ if [ -n "$SCRIPT_WINDOW" ]; then
   xdotool windowmove --sync "$SCRIPT_WINDOW" 360 200 || true
   sleep 0.5
   frame_shot script-window "$SCRIPT_WINDOW"
+fi
+# The file-list screen from the FTP menu (Alt+T, then L); its tree has the focus, and Down chooses
+# the first list, "website".
+if [ -n "$TOOLS" ]; then
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  xdotool key alt+t l || true
+  FILES_WINDOW=$(xdotool search --sync --onlyvisible --name "^List of Files Profiles" | head -n 1)
+  xdotool windowactivate --sync "$FILES_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$FILES_WINDOW" || true
+  xdotool key Down || true
+  sleep 1
+  frame_shot file-list-screen "$FILES_WINDOW"
 fi

@@ -211,6 +211,10 @@ inline constexpr char kNumCols[] = "NumCols";
 inline constexpr int kPaneFallback = 50;
 inline constexpr int kPaneMinimum = 10;
 inline constexpr char kMainSplitterPattern[] = "Main\\split%1"; // split1 .. split4
+// The file-list screen: its two halves side by side, then each half's tree over its list.
+inline constexpr char kFilesSplitter[] = "Files\\split1";
+inline constexpr char kFilesLocalSplitter[] = "Files\\split2";
+inline constexpr char kFilesListSplitter[] = "Files\\split3";
 } // namespace geometry
 
 } // namespace zelto::settings

@@ -31,9 +31,10 @@ CDirView::CDirView(QWidget* parent) : CFileView(parent)
 void CDirView::setFolder(const QString& folder)
 {
     folder_ = QDir::cleanPath(folder);
-    // Hidden files are listed too: a distribution may well need a ".htaccess".
+    // Hidden entries are left out, as the folder tree leaves them out; the file dialogs of the
+    // lists still reach them.
     const QFileInfoList entries = QDir(folder_).entryInfoList(
-        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System, QDir::NoSort);
+        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::NoSort);
     std::vector<FileRow> rows;
     rows.reserve(std::size_t(entries.size()));
     for (const QFileInfo& info : entries) {

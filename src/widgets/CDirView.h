@@ -14,7 +14,7 @@ public:
     explicit CDirView(QWidget* parent = nullptr);
 
     [[nodiscard]] QString folder() const { return folder_; }
-    // Shows the entries of `folder`; an unreadable folder shows none.
+    // Shows the entries of `folder` but hidden ones; an unreadable folder shows none.
     void setFolder(const QString& folder);
     // The full paths of the selected rows, top to bottom as shown.
     [[nodiscard]] QStringList selectedPaths() const;

@@ -207,6 +207,7 @@ TEST(MainFrameTest, TrayMenuOpensTwiceOverAShownWindowAndCloseZeltoEndsTheProgra
     QList<QWidget*> openedOver; // the windows that the menu's commands opened, over their parent
     views.showStatistics = [&](QWidget* frame) { openedOver << frame; };
     views.runScript = [&](QWidget* frame) { openedOver << frame; };
+    views.showFileLists = [&](QWidget* frame) { openedOver << frame; };
     CMainFrame& frame = run.shown(views);
     QList<QMenu*> opened;
     run.tray.setMenuOpener([&](QMenu& menu) { opened << &menu; });
@@ -216,7 +217,8 @@ TEST(MainFrameTest, TrayMenuOpensTwiceOverAShownWindowAndCloseZeltoEndsTheProgra
     EXPECT_EQ(opened[0], opened[1]);
     opened[0]->actions()[1]->trigger(); // Transfer Statistics
     run.command(cmd::kFtpScripts)->trigger();
-    EXPECT_EQ(openedOver, QList<QWidget*>({ &frame, &frame }));
+    run.command(cmd::kFileListProfiles)->trigger();
+    EXPECT_EQ(openedOver, QList<QWidget*>({ &frame, &frame, &frame }));
 
     // Hidden in the tray, the menu opens once; the left button waits for a double click first.
     frame.toggleWindow();

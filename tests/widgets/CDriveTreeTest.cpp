@@ -83,11 +83,11 @@ TEST_F(LocalHalfTest, DirViewListsTheFolderAndReadsItAgainOnF5)
 {
     CDirView view;
     view.setFolder(path("docs"));
-    EXPECT_EQ(names(view), QStringList({ "deep", ".hidden", "a.txt" }));
+    EXPECT_EQ(names(view), QStringList({ "deep", "a.txt" })) << "hidden ones left out";
 
     QSignalSpy files(&view, &CDirView::fileActivated);
     QSignalSpy folders(&view, &CDirView::folderActivated);
-    for (const int row : { 0, 2 }) {
+    for (const int row : { 0, 1 }) {
         view.setCurrentIndex(view.model()->index(row, 0));
         QTest::keyClick(&view, Qt::Key_Return);
     }
@@ -105,7 +105,7 @@ TEST_F(LocalHalfTest, DirViewListsTheFolderAndReadsItAgainOnF5)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
     view.setFocus();
     QTest::keyClick(&view, Qt::Key_F5);
-    EXPECT_EQ(names(view), QStringList({ "deep", ".hidden", "a.txt", "b.txt" }));
+    EXPECT_EQ(names(view), QStringList({ "deep", "a.txt", "b.txt" }));
     EXPECT_EQ(view.selectedPaths(), QStringList({ path("docs/a.txt") })) << "the selection stays";
 }
 

@@ -158,7 +158,8 @@ void CMainFrame::connectCommands()
     // Commands that open another window: enabled when the frame was lent one.
     const std::pair<int, std::function<void(QWidget*)>*> windows[]
         = { { cmd::kTransferStatistics, &views_.showStatistics },
-              { cmd::kFtpScripts, &views_.runScript } };
+              { cmd::kFtpScripts, &views_.runScript },
+              { cmd::kFileListProfiles, &views_.showFileLists } };
     for (const auto& [id, open] : windows) {
         command(id)->setEnabled(bool(*open));
         if (*open)

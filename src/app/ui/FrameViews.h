@@ -32,6 +32,8 @@ struct FrameViews {
     // "FTP Scripts...": asks for a command script over the frame and runs it in its progress
     // window.
     std::function<void(QWidget* frame)> runScript;
+    // "List of Files Profiles...": opens the file-list screen over the frame, or raises it.
+    std::function<void(QWidget* frame)> showFileLists;
 };
 
 } // namespace zelto

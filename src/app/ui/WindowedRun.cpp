@@ -6,6 +6,7 @@
 #include "app/ui/CMainFrame.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/MessageBoxNotifier.h"
+#include "app/ui/ProfileBar.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "distribution/ui/MultiplePut.h"
@@ -13,6 +14,7 @@
 #include "log/ui/CLogView.h"
 #include "options/ui/QtSoundPlayer.h"
 #include "profiles/ui/CFileListView.h"
+#include "profiles/ui/CSite.h"
 #include "scripts/ui/CScriptProgressDlg.h"
 #include "settings/DataFolders.h"
 
@@ -106,6 +108,12 @@ int WindowedRun::runWindows(const StartRequest& request)
             DataFolders::base(), QObject::tr("FTP scripts (*.cmd);;All files (*)"));
         if (!path.isEmpty())
             background.runScript(path);
+    };
+    views.showFileLists = [&notifier](QWidget* frame) {
+        auto* main = qobject_cast<CMainFrame*>(frame);
+        CSite* screen = CSite::showOrRaise(frame, notifier, main->profileEvents());
+        QObject::connect(screen, &CSite::listsChanged, &main->profileBar(),
+            &ProfileBar::fileListsChanged, Qt::UniqueConnection);
     };
     CMainFrame frame(services, background, notifier, tray, std::move(views));
     // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.

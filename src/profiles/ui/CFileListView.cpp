@@ -109,7 +109,7 @@ void CFileListView::setDefaultDialogs()
 void CFileListView::openList(const QString& listFolder)
 {
     listFolder_ = listFolder;
-    model_.open(FileListStore::listFile(listFolder));
+    model_.open(listFolder.isEmpty() ? QString() : FileListStore::listFile(listFolder));
 }
 
 void CFileListView::loadList(const QString& listFile)

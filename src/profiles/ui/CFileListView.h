@@ -52,8 +52,11 @@ public:
     [[nodiscard]] bool adding() const { return !pending_.empty(); }
     [[nodiscard]] QString listFolder() const { return listFolder_; }
 
-    // Ties the view to a list folder and shows that list (the file-list screen's selection).
+    // Ties the view to a list folder and shows that list (the file-list screen's selection); an
+    // empty folder empties the view and ties it to none.
     void openList(const QString& listFolder);
+    // The list the view is tied to moved to `listFolder` (renamed): the entries stay as they are.
+    void setListFolder(const QString& listFolder) { listFolder_ = listFolder; }
     // Adds the entries of a stored list ("flist.ini") to the view, which stays tied as it was.
     void loadList(const QString& listFile);
 
