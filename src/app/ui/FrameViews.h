@@ -32,6 +32,10 @@ struct FrameViews {
     // "FTP Scripts...": asks for a command script over the frame and runs it in its progress
     // window.
     std::function<void(QWidget* frame)> runScript;
+    // "FTP Profiles..." and "Profile and File List Links...": each opens its one window over the
+    // frame, or raises it when it is open.
+    std::function<void(QWidget* frame)> showProfiles;
+    std::function<void(QWidget* frame)> showLinks;
 };
 
 } // namespace zelto
