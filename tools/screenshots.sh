@@ -168,12 +168,12 @@ if [ -n "$SCRIPT_WINDOW" ]; then
 fi
 # The profile screen and the link dialog, each opened from the FTP menu by its access key.
 if [ -n "$TOOLS" ]; then
-  for pair in "p:^FTP Profiles:profile-screen" "k:^Profile / File Links:link-dialog"; do
+  for pair in "o:^FTP Profiles:profile-screen" "k:^Profile / File Links:link-dialog"; do
     IFS=: read -r key title name <<<"$pair"
     xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
       || xdotool windowfocus --sync "$MAIN_WINDOW" || true
     xdotool key alt+t "$key" || true
-    WINDOW=$(timeout 10 xdotool search --sync --onlyvisible --name "$title" | head -n 1)
+    WINDOW=$(timeout 10 xdotool search --sync --onlyvisible --name "$title" | head -n 1) || true
     [ -n "$WINDOW" ] || { echo "   no window \"$title\" to show" >&2; continue; }
     sleep 0.5
     frame_shot "$name" "$WINDOW"

@@ -62,7 +62,7 @@ FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
     ftp->addSeparator();
     ftp->addActions(multiplePut);
     ftp->addSeparator();
-    ftp->addAction(add(cmd::kFtpProfiles, QObject::tr("FTP &Profiles...")));
+    ftp->addAction(add(cmd::kFtpProfiles, QObject::tr("FTP Pr&ofiles...")));
     ftp->addAction(add(cmd::kFileListProfiles, QObject::tr("&List of Files Profiles...")));
     ftp->addAction(add(cmd::kLinks, QObject::tr("Profile and File List Lin&ks...")));
     ftp->addSeparator();
