@@ -171,6 +171,24 @@ TEST_F(ProfileScreenTest, AnonymousLoginIsShownAndFilledFromTheSettings)
     EXPECT_TRUE(form().passwordField()->text().isEmpty());
 }
 
+TEST_F(ProfileScreenTest, ADamagedProfileOpensEmptyAndIsSavedOver)
+{
+    QByteArray garbage("\x00\xff[Settings\nHost", 16);
+    garbage.append(QByteArray(4096, '\x01'));
+    writeFile(profile(QStringLiteral("bad.ini")), garbage);
+    chooseProfile(QStringLiteral("bad"));
+    ASSERT_EQ(form().mode(), ProfileForm::Mode::Edit);
+    EXPECT_TRUE(form().hostField()->text().isEmpty());
+    type(form().hostField(), QStringLiteral("mended.example"));
+    type(form().userField(), QStringLiteral("u"));
+    type(form().passwordField(), QStringLiteral("p"));
+    type(form().portField(), QStringLiteral("21"));
+    QTest::keyClick(form().hostField(), Qt::Key_Return);
+    EXPECT_TRUE(notifier_.messages.isEmpty());
+    EXPECT_EQ(SiteProfile::readFields(profile(QStringLiteral("bad.ini"))).host,
+        QStringLiteral("mended.example"));
+}
+
 TEST_F(ProfileScreenTest, FoldersAreMadeRenamedAndDeletedWithTheirLinks)
 {
     makeProfile(QStringLiteral("Europe/Paris.ini"));
