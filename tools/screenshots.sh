@@ -179,4 +179,17 @@ if [ -n "$TOOLS" ]; then
   xdotool key Down || true
   sleep 1
   frame_shot file-list-screen "$FILES_WINDOW"
+  xdotool windowclose "$FILES_WINDOW" 2>/dev/null || xdotool key --window "$FILES_WINDOW" Escape || true
+# The profile screen and the link dialog, each opened from the FTP menu by its access key.
+  for pair in "o:^FTP Profiles:profile-screen" "k:^Profile / File Links:link-dialog"; do
+    IFS=: read -r key title name <<<"$pair"
+    xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+      || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+    xdotool key alt+t "$key" || true
+    WINDOW=$(timeout 10 xdotool search --sync --onlyvisible --name "$title" | head -n 1) || true
+    [ -n "$WINDOW" ] || { echo "   no window \"$title\" to show" >&2; continue; }
+    sleep 0.5
+    frame_shot "$name" "$WINDOW"
+    xdotool windowclose "$WINDOW" 2>/dev/null || xdotool key --window "$WINDOW" Escape || true
+  done
 fi

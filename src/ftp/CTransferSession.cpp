@@ -1,5 +1,6 @@
 #include "CTransferSession.h"
 
+#include "ftp/ConnectionSettings.h"
 #include "options/SoundSink.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
@@ -8,27 +9,12 @@
 #include <algorithm>
 
 namespace zelto {
-namespace {
-
-using namespace std::chrono;
-
-milliseconds secondsSetting(const settings::IntKey& key)
-{
-    return milliseconds(qint64(SettingsStore::get(key)) * 1000);
-}
-
-bool isYes(const settings::TextKey& key)
-{
-    return SettingsStore::get(key) == QLatin1String(settings::kYes);
-}
-
-} // namespace
 
 CTransferSession::CTransferSession(
     JobServices& services, JobProgress* progress, std::stop_token stop)
     : reporter_(services, progress), stop_(std::move(stop))
 {
-    applyTimeouts();
+    ConnectionSettings::readTimeouts(options_);
 }
 
 CTransferSession::~CTransferSession()
@@ -37,38 +23,10 @@ CTransferSession::~CTransferSession()
     connection_.reset();
 }
 
-void CTransferSession::applyTimeouts()
-{
-    options_.connectTimeout = secondsSetting(settings::ftp::kConnectTo);
-    options_.receiveStall = secondsSetting(settings::ftp::kRecTo);
-    options_.sendStall = secondsSetting(settings::ftp::kSendTo);
-    // libcurl has one time-out for sending a command and waiting for its reply.
-    options_.replyTimeout = std::max(
-        secondsSetting(settings::ftp::kRecToCtrl), secondsSetting(settings::ftp::kSendToCtrl));
-    options_.retries = std::max(0, SettingsStore::get(settings::ftp::kRetry));
-}
-
-void CTransferSession::readAccess()
-{
-    // Compared exactly: any other value, the unset default included, means preconfigured.
-    const auto access = SettingsStore::get(settings::ftp::kAccessType);
-    options_.proxy.clear();
-    if (access == QLatin1String("DirectAccess")) {
-        options_.access = AccessType::Direct;
-    } else if (access == QLatin1String("ProxyAccess")) {
-        options_.access = AccessType::Proxy;
-        options_.proxy = SettingsStore::get(settings::ftp::kProxyName) + u':'
-            + QString::number(SettingsStore::get(settings::ftp::kProxyPort));
-    } else {
-        options_.access = AccessType::Preconfigured;
-    }
-    options_.passive = isYes(settings::ftp::kPassive);
-}
-
 FtpResult CTransferSession::buildConnection(const JobSite& site)
 {
     reporter_.setServer(site.server);
-    readAccess();
+    ConnectionSettings::readAccess(options_);
     connection_ = std::make_unique<FtpConnection>(options_, stop_);
     auto built = connection_->prepare({ site.server, site.port, site.user, site.password });
     if (!built.ok())

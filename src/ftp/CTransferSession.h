@@ -87,8 +87,6 @@ public:
     [[nodiscard]] std::stop_token stopToken() const { return stop_; }
 
 private:
-    void applyTimeouts();
-    void readAccess();
     [[nodiscard]] FtpResult buildConnection(const JobSite& site);
     // The connect has failed: the sound, and the tray back to idle.
     [[nodiscard]] FtpResult connectFailed(const FtpResult& result);

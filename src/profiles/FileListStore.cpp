@@ -6,6 +6,7 @@
 #include "platform/StringTable.h"
 #include "profiles/FolderTree.h"
 #include "profiles/LinkUpkeep.h"
+#include "profiles/ProfileEvents.h"
 #include "profiles/StoredFormats.h"
 #include "settings/DataFolders.h"
 
@@ -50,7 +51,11 @@ std::optional<QString> FileListStore::folderForName(const QString& name)
 
 QString FileListStore::newFolder()
 {
-    return FolderTree::makeFolder(root(), StringTable::text(ids::kNewFolderLabel), notifier_);
+    const QString folder
+        = FolderTree::makeFolder(root(), StringTable::text(ids::kNewFolderLabel), notifier_);
+    if (!folder.isEmpty())
+        Q_EMIT events_.fileListsChanged();
+    return folder;
 }
 
 QString FileListStore::renameList(const QString& listFolder, const QString& newLabel)
@@ -58,8 +63,10 @@ QString FileListStore::renameList(const QString& listFolder, const QString& newL
     if (FolderTree::isRoot(listFolder, root()))
         return QString();
     const QString newFolder = FolderTree::renameFolder(listFolder, newLabel, notifier_);
-    if (!newFolder.isEmpty())
-        LinkUpkeep::listRenamed(listFile(listFolder), listFile(newFolder), events_);
+    if (newFolder.isEmpty())
+        return QString();
+    Q_EMIT events_.fileListsChanged();
+    LinkUpkeep::listRenamed(listFile(listFolder), listFile(newFolder), events_);
     return newFolder;
 }
 
@@ -77,6 +84,7 @@ bool FileListStore::deleteList(const QString& listFolder)
         notifier_.showMessage(StringTable::text(ids::kCannotRemoveFolder), MessageIcon::Stop);
         return false;
     }
+    Q_EMIT events_.fileListsChanged();
     LinkUpkeep::listDeleted(listFile(listFolder), events_);
     return true;
 }

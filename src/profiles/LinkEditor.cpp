@@ -105,7 +105,7 @@ bool LinkEditor::add()
     fileRows_.clear();
     selectedList_.clear();
     name_.clear();
-    events_.linksChanged();
+    Q_EMIT events_.linksChanged();
     return true;
 }
 
@@ -125,7 +125,7 @@ bool LinkEditor::rename()
     if (QFileInfo::exists(newFile) || !QFile::rename(selectedLink_, newFile))
         return false;
     selectedLink_ = newFile;
-    events_.linksChanged();
+    Q_EMIT events_.linksChanged();
     return true;
 }
 
@@ -137,7 +137,7 @@ bool LinkEditor::remove()
     }
     const bool removed = QFile::remove(selectedLink_);
     selectedLink_.clear();
-    events_.linksChanged();
+    Q_EMIT events_.linksChanged();
     return removed;
 }
 

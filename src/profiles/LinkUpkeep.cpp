@@ -52,7 +52,7 @@ void changeSites(bool withSubFolders,
             return true;
         });
     }
-    events.linksChanged();
+    Q_EMIT events.linksChanged();
 }
 
 // Deletes the links that `names` says name the thing that was deleted.
@@ -63,7 +63,7 @@ void deleteLinks(
         if (names(LinkFile::read(file)))
             QFile::remove(file);
     }
-    events.linksChanged();
+    Q_EMIT events.linksChanged();
 }
 
 bool anySite(const Link& link, const std::function<bool(const QString&)>& test)
@@ -77,14 +77,16 @@ bool anySite(const Link& link, const std::function<bool(const QString&)>& test)
 void LinkUpkeep::profileFolderRenamed(
     const QString& oldFolder, const QString& newFolder, ProfileEvents& events)
 {
-    const QString oldUpper = withSeparator(oldFolder).toUpper();
+    const QString oldPrefix = withSeparator(oldFolder);
     const QString newPrefix = withSeparator(newFolder);
     changeSites(
         false,
         [&](const QString& site) -> std::optional<QString> {
-            if (!inFolder(site, oldUpper))
+            const qsizetype at = site.indexOf(oldPrefix, 0, Qt::CaseInsensitive);
+            if (at < 0)
                 return std::nullopt;
-            return newPrefix + site.toUpper().mid(oldUpper.size());
+            // The rest keeps its own case: file names here are case-sensitive.
+            return newPrefix + site.mid(at + oldPrefix.size());
         },
         events);
 }
@@ -132,7 +134,7 @@ void LinkUpkeep::listRenamed(
         if (sameIgnoringCase(LinkFile::read(file).files, oldListFile))
             PrivateProfile::writeString(file, items, QLatin1String(kFiles), newListFile);
     }
-    events.linksChanged();
+    Q_EMIT events.linksChanged();
 }
 
 void LinkUpkeep::listDeleted(const QString& listFile, ProfileEvents& events)

@@ -14,9 +14,8 @@ class LinkUpkeep final {
 public:
     LinkUpkeep() = delete;
 
-    // Each site path that holds the old folder (compared upper-cased, both folders ending in a
-    // separator) becomes the new folder followed by the rest of the path after the old folder's
-    // length, taken from the upper-cased copy: the rest is written upper-cased.
+    // Each site path that holds the old folder (ignoring case, both folders ending in a
+    // separator) becomes the new folder followed by the rest of the path, in its own case.
     static void profileFolderRenamed(
         const QString& oldFolder, const QString& newFolder, ProfileEvents& events);
     // Site paths equal to the old file, ignoring case, become the new one.

@@ -75,7 +75,7 @@ bool ProfileForm::save(const QString& folder, Notifier& notifier, ProfileEvents&
         }
         if (!SiteProfile::write(file, profile))
             return false;
-        events.profilesChanged();
+        Q_EMIT events.profilesChanged();
         break;
     case Mode::Edit:
         if (!exists) {

@@ -86,6 +86,13 @@ QStringList ProfileStore::allProfiles()
     return profileFiles(root(), QDirIterator::Subdirectories);
 }
 
+QString ProfileStore::shownName(const QString& file)
+{
+    const QString folder = QDir(root()).relativeFilePath(QFileInfo(file).path());
+    const QString name = SiteProfile::nameOf(file);
+    return folder == u'.' ? name : folder + u'/' + name;
+}
+
 QString ProfileStore::newFolder(const QString& parent)
 {
     return FolderTree::makeFolder(parent, StringTable::text(ids::kNewProfileLabel), notifier_);
@@ -104,7 +111,7 @@ QString ProfileStore::renameProfile(const QString& file, const QString& newLabel
     }
     if (!QFile::rename(file, newFile))
         return QString();
-    events_.profilesChanged();
+    Q_EMIT events_.profilesChanged();
     LinkUpkeep::profileRenamed(file, newFile, events_);
     return newFile;
 }
@@ -130,7 +137,7 @@ int ProfileStore::deleteProfiles(const QStringList& files)
         if (!QFile::remove(file))
             continue;
         ++deleted;
-        events_.profilesChanged();
+        Q_EMIT events_.profilesChanged();
         LinkUpkeep::profileDeleted(file, events_);
     }
     return deleted;
@@ -144,7 +151,7 @@ QString ProfileStore::renameFolder(const QString& folder, const QString& newLabe
     const QString newFolder = FolderTree::renameFolder(folder, newLabel, notifier_);
     if (newFolder.isEmpty())
         return QString();
-    events_.profilesChanged();
+    Q_EMIT events_.profilesChanged();
     LinkUpkeep::profileFolderRenamed(folder, newFolder, events_);
     return newFolder;
 }
@@ -170,7 +177,7 @@ bool ProfileStore::deleteFolder(const QString& folder)
     const bool anyRemoved = std::any_of(profiles.begin(), profiles.end(),
         [](const QString& file) { return !QFileInfo::exists(file); });
     if (anyRemoved)
-        events_.profilesChanged();
+        Q_EMIT events_.profilesChanged();
     if (gone) {
         LinkUpkeep::profileFolderDeleted(folder, events_);
         return true;
@@ -213,7 +220,7 @@ int ProfileStore::importServerFile(const QString& stsFile, const QString& folder
             ++imported;
     }
     if (imported > 0)
-        events_.profilesChanged();
+        Q_EMIT events_.profilesChanged();
     return imported;
 }
 

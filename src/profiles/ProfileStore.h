@@ -22,6 +22,9 @@ public:
     [[nodiscard]] static QStringList profilesIn(const QString& folder);
     // Every profile file under the root, sorted.
     [[nodiscard]] static QStringList allProfiles();
+    // How a profile is shown where all of them are listed: its folder below the root and its
+    // name, "europe/paris".
+    [[nodiscard]] static QString shownName(const QString& file);
 
     // The folder of a new tree item "New Profile" below `parent`; empty when it cannot be made.
     [[nodiscard]] QString newFolder(const QString& parent);

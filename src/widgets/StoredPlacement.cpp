@@ -16,49 +16,49 @@ using namespace settings::geometry;
 
 constexpr int kUnset = -1;
 
-} // namespace
-
-StoredPlacement::StoredPlacement(QString section) : section_(std::move(section))
+int read(const QString& section, const char* key)
 {
+    return SettingsStore::getInt(section, QLatin1StringView(key), kUnset);
 }
 
-void StoredPlacement::restore(QWidget& window, const QWidget* over, QSize readable) const
+} // namespace
+
+void StoredPlacement::restore(
+    QWidget& window, const QString& section, QSize readable, const QWidget* anchor)
 {
-    const auto read = [&](const char* key) {
-        return SettingsStore::getInt(section_, QLatin1StringView(key), kUnset);
-    };
-    const QSize size(read(kWidth), read(kHeight));
-    const QPoint place(read(kX), read(kY));
+    const int width = read(section, kWidth);
+    const int height = read(section, kHeight);
+    const QPoint place(read(section, kX), read(section, kY));
     // A place on a screen that is gone would leave the window where nobody sees it.
-    if (size.width() > 0 && size.height() > 0 && QGuiApplication::screenAt(place)) {
-        window.resize(size);
+    if (width > 0 && height > 0 && QGuiApplication::screenAt(place)) {
+        window.resize(width, height);
         window.move(place);
         return;
     }
-    const QScreen* screen = over ? over->screen() : window.screen();
-    const QRect area = screen ? screen->availableGeometry() : QRect(QPoint(), readable);
-    window.resize(readable.boundedTo(area.size()));
-    const QRect centreOn = over ? over->frameGeometry() : area;
-    const QPoint centred = centreOn.center() - QPoint(window.width() / 2, window.height() / 2);
-    // Over a small frame near the screen's edge, centring alone would push it off the screen.
-    window.move(
-        std::clamp(centred.x(), area.left(), std::max(area.left(), area.right() - window.width())),
-        std::clamp(centred.y(), area.top(), std::max(area.top(), area.bottom() - window.height())));
+    const QScreen* screen = anchor ? anchor->screen() : QGuiApplication::primaryScreen();
+    const QRect available = screen ? screen->availableGeometry() : QRect(QPoint(), readable);
+    window.resize(readable.boundedTo(available.size()));
+    const QRect around = anchor && anchor->isVisible() ? anchor->frameGeometry() : available;
+    QRect placed(QPoint(), window.size());
+    placed.moveCenter(around.center());
+    // Kept on the screen when the anchor sits near its edge.
+    placed.moveLeft(std::clamp(placed.left(), available.left(),
+        std::max(available.left(), available.right() - placed.width())));
+    placed.moveTop(std::clamp(placed.top(), available.top(),
+        std::max(available.top(), available.bottom() - placed.height())));
+    window.move(placed.topLeft());
 }
 
-void StoredPlacement::save(const QWidget& window) const
+void StoredPlacement::save(const QWidget& window, const QString& section)
 {
     if (!window.isVisible()
         || (window.windowState()
             & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)))
         return;
-    const auto write = [&](const char* key, int value) {
-        SettingsStore::writeInt(section_, QLatin1StringView(key), value);
-    };
-    write(kWidth, window.width());
-    write(kHeight, window.height());
-    write(kX, window.x());
-    write(kY, window.y());
+    SettingsStore::writeInt(section, QLatin1StringView(kWidth), window.width());
+    SettingsStore::writeInt(section, QLatin1StringView(kHeight), window.height());
+    SettingsStore::writeInt(section, QLatin1StringView(kX), window.x());
+    SettingsStore::writeInt(section, QLatin1StringView(kY), window.y());
 }
 
 } // namespace zelto

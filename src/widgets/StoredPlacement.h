@@ -7,21 +7,20 @@ class QWidget;
 
 namespace zelto {
 
-// Where a top-level window was left, under its settings section ("Dimensions\Files\Mainframe"):
-// `Width`, `Height`, `x` and `y`.
+// A top-level window's place and size, kept in one settings section under "Width", "Height",
+// "x" and "y" (for instance "Dimensions\Profile\Mainframe").
 class StoredPlacement final {
 public:
-    explicit StoredPlacement(QString section);
+    StoredPlacement() = delete;
 
-    // Puts the window where it was left. With nothing stored it opens at `readable` size, centred
-    // on `over` (or on its screen without one), so that a first opening is neither tiny nor lost.
-    void restore(QWidget& window, const QWidget* over, QSize readable) const;
-    // Writes the place and size of a window shown in its normal state; a minimised or maximised
-    // window's size is not the one to come back to.
-    void save(const QWidget& window) const;
-
-private:
-    QString section_;
+    // Puts `window` where it was last. With nothing stored it opens at `readable` size (never
+    // larger than the screen) centred on `anchor`, or on the screen without one: the old
+    // 400 x 400 at 20, 20 hides most of a screen's panes.
+    static void restore(
+        QWidget& window, const QString& section, QSize readable, const QWidget* anchor);
+    // Writes the window's place and size; a hidden, minimised or maximised window is skipped,
+    // since that size is not the one to come back to.
+    static void save(const QWidget& window, const QString& section);
 };
 
 } // namespace zelto

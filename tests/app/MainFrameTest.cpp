@@ -18,6 +18,9 @@
 #include "log/ui/CLogView.h"
 #include "platform/StringTable.h"
 #include "profiles/ui/CFileListView.h"
+#include "profiles/ui/CLinkDlg.h"
+#include "profiles/ui/CProfDialog.h"
+#include "profiles/ui/CProfile.h"
 #include "queue/QueueStore.h"
 #include "settings/DataFolders.h"
 #include "settings/SettingsStore.h"
@@ -26,6 +29,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QSplitter>
@@ -442,9 +446,52 @@ TEST(MainFrameTest, ProfileBarAndDroppedFilesFillTheMultiplePutScreenOnly)
     // A new profile joins the bar, whose choice stays.
     bar.sites()->setCurrentIndex(1);
     writeFile(DataFolders::profiles() + "/aardvark.ini", {});
-    frame.profileEvents().profilesChanged();
+    Q_EMIT frame.profileEvents().profilesChanged();
     EXPECT_EQ(items(bar.sites()), QStringList({ "aardvark", "alpha", "europe/beta" }));
     EXPECT_EQ(bar.sites()->currentText(), QStringLiteral("europe/beta"));
+}
+
+TEST(MainFrameTest, ProfileScreensOpenOnceAndTheBarFollowsTheirChanges)
+{
+    FrameRun run;
+    FrameViews views;
+    views.showProfiles = [&run](QWidget* frame) {
+        CProfile::showOrRaise(run.notifier, static_cast<CMainFrame*>(frame)->profileEvents(),
+            run.services.threads(), frame);
+    };
+    views.showLinks = [&run](QWidget* frame) {
+        CLinkDlg::showOrRaise(
+            run.notifier, static_cast<CMainFrame*>(frame)->profileEvents(), frame);
+    };
+    CMainFrame& frame = run.shown(std::move(views));
+    for (const int id : { cmd::kFtpProfiles, cmd::kLinks }) {
+        ASSERT_TRUE(run.command(id)->isEnabled());
+        run.command(id)->trigger();
+        run.command(id)->trigger();
+    }
+    const QList<CProfile*> screens = frame.findChildren<CProfile*>();
+    ASSERT_EQ(screens.size(), 1);
+    EXPECT_EQ(frame.findChildren<CLinkDlg*>().size(), 1);
+
+    // A profile saved in the screen is in the bar at once, and in the link dialog's picker.
+    CProfDialog& form = screens.front()->form();
+    form.newSite();
+    form.nameField()->setText(QStringLiteral("fresh"));
+    form.hostField()->setText(QStringLiteral("h"));
+    form.userField()->setText(QStringLiteral("u"));
+    form.passwordField()->setText(QStringLiteral("p"));
+    form.ok();
+    EXPECT_EQ(frame.profileBar().sites()->findText(QStringLiteral("fresh")), 0);
+    EXPECT_EQ(frame.findChild<CLinkDlg*>()->profiles()->findText(QStringLiteral("fresh")), 0);
+
+    // A list saved from the Multiple FTP Put screen, likewise.
+    const QString folder = DataFolders::files() + QStringLiteral("/saved");
+    QDir().mkpath(folder);
+    Q_EMIT frame.profileEvents().fileListsChanged();
+    EXPECT_EQ(frame.profileBar().fileLists()->findText(QStringLiteral("saved")), 0);
+    for (QWidget* window : { static_cast<QWidget*>(screens.front()),
+             static_cast<QWidget*>(frame.findChild<CLinkDlg*>()) })
+        window->close();
 }
 
 TEST(MainFrameTest, QuitWhileATransferRunsAsksAndQueuesTheFilesItStopped)

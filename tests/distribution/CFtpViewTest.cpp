@@ -9,9 +9,12 @@
 #include "profiles/ProfileStore.h"
 #include "profiles/SiteProfile.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
 
 #include <gtest/gtest.h>
@@ -132,6 +135,31 @@ TEST_F(FtpViewTest, ChooserFiltersByNameOrServer)
         chooser.findChild<QTreeView*>()->selectAll();
         EXPECT_EQ(chooser.chosen(), chosen) << filter;
     }
+}
+
+TEST_F(FtpViewTest, AChooserWithoutProfilesLeadsToMakingOne)
+{
+    for (const bool offered : { false, true }) {
+        SCOPED_TRACE(offered);
+        CSiteChooser chooser({}, ProfileStore::root(), offered);
+        auto* newSite = chooser.findChild<QPushButton*>(QStringLiteral("newSite"));
+        EXPECT_EQ(newSite != nullptr, offered);
+    }
+
+    // Through the view: the chooser ends and the place where profiles are made opens.
+    int opened = 0;
+    view_.setNewSiteOpener([&] { ++opened; });
+    QTimer::singleShot(0, [] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* button
+            = modal ? modal->findChild<QPushButton*>(QStringLiteral("newSite")) : nullptr)
+            button->click();
+        else if (modal)
+            modal->close();
+    });
+    view_.addSites();
+    EXPECT_EQ(opened, 1);
+    EXPECT_EQ(view_.model()->rowCount(), 0);
 }
 
 } // namespace

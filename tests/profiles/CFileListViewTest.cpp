@@ -324,6 +324,26 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
     }
 }
 
+TEST_F(FileListViewTest, ANameThatIsTakenReplacesItsListOnlyOnYes)
+{
+    for (const bool yes : { false, true }) {
+        SCOPED_TRACE(yes);
+        makeAbc();
+        CFileListView view(notifier_);
+        view.dialogs().askText = view_.dialogs().askText;
+        answer_ = QStringLiteral("abc");
+        notifier_.reset({});
+        notifier_.yes = yes;
+        view.addPaths({ local("c.txt") });
+        ASSERT_TRUE(waitUntil([&] { return !view.adding(); }, kDeadline));
+        view.saveList();
+        EXPECT_EQ(notifier_.yesNoQuestions.size(), 1);
+        EXPECT_EQ(localNames(FileList::readStored(FileListStore::listFile(listFolder("abc")))),
+            yes ? QStringList({ "c.txt" }) : QStringList({ "a.txt", "b.txt", "c.txt" }));
+        EXPECT_EQ(view.changed(), !yes);
+    }
+}
+
 TEST_F(FileListViewTest, ASaveThatFailsSaysSoAndKeepsTheListChanged)
 {
     // A folder where the list file goes: the write cannot replace it.

@@ -138,10 +138,11 @@ TEST_F(LinkTest, LinksFollowRenamedAndDeletedProfilesAndLists)
         // "<F>" for the list root.
         std::vector<const char*> links;
     } cases[] = {
-        // The rest after the old folder is written upper-cased; only links directly in "Links".
+        // The rest after the old folder keeps its case, or the link would name no file on a
+        // case-sensitive file system; only links directly in "Links".
         { {}, [](auto& s, auto&) { (void)s.renameFolder(profile("eu"), QStringLiteral("euro")); },
-            { "<P>/euro/PARIS.INI <P>/eu2/oslo.ini <F>/daily/flist.ini",
-                "<P>/euro/SUB/ROME.INI <F>/weekly/flist.ini" } },
+            { "<P>/euro/paris.ini <P>/eu2/oslo.ini <F>/daily/flist.ini",
+                "<P>/euro/sub/rome.ini <F>/weekly/flist.ini" } },
         { {},
             [](auto& s, auto&) {
                 (void)s.renameProfile(profile("eu/paris.ini"), QStringLiteral("lu"));

@@ -21,9 +21,14 @@ namespace zelto::test {
 
 // Counts what the main frame would have been told.
 struct RecordingEvents final : ProfileEvents {
-    void profilesChanged() override { ++profiles; }
-    void linksChanged() override { ++links; }
+    RecordingEvents()
+    {
+        connect(this, &ProfileEvents::profilesChanged, [this] { ++profiles; });
+        connect(this, &ProfileEvents::fileListsChanged, [this] { ++lists; });
+        connect(this, &ProfileEvents::linksChanged, [this] { ++links; });
+    }
     int profiles = 0;
+    int lists = 0;
     int links = 0;
 };
 

@@ -116,11 +116,6 @@ QAction* CMainFrame::command(int id) const
     return menus_->command(id);
 }
 
-ProfileEvents& CMainFrame::profileEvents() const
-{
-    return *profileBar_;
-}
-
 void CMainFrame::buildBars()
 {
     toolBar_ = new QToolBar(tr("Toolbar"), this);
@@ -128,7 +123,7 @@ void CMainFrame::buildBars()
     menus_->fillToolBar(*toolBar_);
     addToolBar(toolBar_);
     addToolBarBreak();
-    profileBar_ = new ProfileBar(this);
+    profileBar_ = new ProfileBar(profileEvents_, this);
     addToolBar(profileBar_);
 
     schedulerState_ = new QLabel;
@@ -158,7 +153,8 @@ void CMainFrame::connectCommands()
     // Commands that open another window: enabled when the frame was lent one.
     const std::pair<int, std::function<void(QWidget*)>*> windows[]
         = { { cmd::kTransferStatistics, &views_.showStatistics },
-              { cmd::kFtpScripts, &views_.runScript },
+              { cmd::kFtpScripts, &views_.runScript }, { cmd::kFtpProfiles, &views_.showProfiles },
+              { cmd::kLinks, &views_.showLinks },
               { cmd::kFileListProfiles, &views_.showFileLists } };
     for (const auto& [id, open] : windows) {
         command(id)->setEnabled(bool(*open));

@@ -3,6 +3,7 @@
 #include "app/ui/FrameScreens.h"
 #include "app/ui/FrameViews.h"
 #include "log/LogRecord.h"
+#include "profiles/ProfileEvents.h"
 
 #include <QMainWindow>
 
@@ -18,7 +19,6 @@ class FrameMenus;
 class FrameTray;
 class Notifier;
 class ProfileBar;
-class ProfileEvents;
 class ProgramServices;
 
 // The main window of an interactive run: the three screens with their panes, the menus, the tool
@@ -39,8 +39,7 @@ public:
     [[nodiscard]] QAction* command(int id) const;
     [[nodiscard]] Screen currentScreen() const { return screens_->current(); }
     // What the profile, file-list and link operations tell, so that the profile bar follows.
-    [[nodiscard]] ProfileEvents& profileEvents() const;
-    [[nodiscard]] ProfileBar& profileBar() const { return *profileBar_; }
+    [[nodiscard]] ProfileEvents& profileEvents() { return profileEvents_; }
 
     // Local files dropped on the frame, or sent by another window, join the file list of the
     // Multiple FTP Put screen; any other screen refuses them with a message. False when refused.
@@ -96,6 +95,7 @@ private:
     Notifier& notifier_;
     FrameTray& tray_;
     FrameViews views_;
+    ProfileEvents profileEvents_;
     std::unique_ptr<FrameScreens> screens_;
     std::unique_ptr<FrameMenus> menus_;
     QToolBar* toolBar_ = nullptr;

@@ -35,9 +35,8 @@ constexpr Look kLooks[] = {
 };
 
 // Commands of later work: in their place, disabled until their windows exist.
-constexpr int kLater[] = { cmd::kConfiguration, cmd::kFtpProfiles, cmd::kLinks, cmd::kFtpQueue,
-    cmd::kConfigureScheduler, cmd::kTrayConfigureScheduler, cmd::kSystemParameters,
-    cmd::kHelpTopics };
+constexpr int kLater[] = { cmd::kConfiguration, cmd::kFtpQueue, cmd::kConfigureScheduler,
+    cmd::kTrayConfigureScheduler, cmd::kSystemParameters, cmd::kHelpTopics };
 
 } // namespace
 
@@ -62,7 +61,7 @@ FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
     ftp->addSeparator();
     ftp->addActions(multiplePut);
     ftp->addSeparator();
-    ftp->addAction(add(cmd::kFtpProfiles, QObject::tr("FTP &Profiles...")));
+    ftp->addAction(add(cmd::kFtpProfiles, QObject::tr("FTP Pr&ofiles...")));
     ftp->addAction(add(cmd::kFileListProfiles, QObject::tr("&List of Files Profiles...")));
     ftp->addAction(add(cmd::kLinks, QObject::tr("Profile and File List Lin&ks...")));
     ftp->addSeparator();

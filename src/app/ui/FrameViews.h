@@ -34,6 +34,10 @@ struct FrameViews {
     std::function<void(QWidget* frame)> runScript;
     // "List of Files Profiles...": opens the file-list screen over the frame, or raises it.
     std::function<void(QWidget* frame)> showFileLists;
+    // "FTP Profiles..." and "Profile and File List Links...": each opens its one window over the
+    // frame, or raises it when it is open.
+    std::function<void(QWidget* frame)> showProfiles;
+    std::function<void(QWidget* frame)> showLinks;
 };
 
 } // namespace zelto

@@ -2,11 +2,10 @@
 
 #include "profiles/FileListStore.h"
 #include "profiles/LinkFile.h"
+#include "profiles/ProfileEvents.h"
 #include "profiles/ProfileStore.h"
-#include "profiles/SiteProfile.h"
 
 #include <QComboBox>
-#include <QDir>
 #include <QFileInfo>
 #include <QLabel>
 
@@ -26,7 +25,7 @@ template <typename Label> void fill(QComboBox* list, const QStringList& files, L
 
 } // namespace
 
-ProfileBar::ProfileBar(QWidget* parent)
+ProfileBar::ProfileBar(ProfileEvents& events, QWidget* parent)
     : QToolBar(tr("Profile Bar"), parent)
     , sites_(addList(tr("S&ite:"), tr("Site profile"), tr("The site profiles")))
     , fileLists_(addList(tr("File li&st:"), tr("File list"), tr("The lists of files")))
@@ -42,29 +41,26 @@ ProfileBar::ProfileBar(QWidget* parent)
             Q_EMIT(this->*chosen)(list->itemData(index).toString());
         });
     }
-    profilesChanged();
-    fileListsChanged();
-    linksChanged();
+    connect(&events, &ProfileEvents::profilesChanged, this, &ProfileBar::readProfiles);
+    connect(&events, &ProfileEvents::fileListsChanged, this, &ProfileBar::readFileLists);
+    connect(&events, &ProfileEvents::linksChanged, this, &ProfileBar::readLinks);
+    readProfiles();
+    readFileLists();
+    readLinks();
 }
 
-void ProfileBar::profilesChanged()
+void ProfileBar::readProfiles()
 {
-    // Profiles may sit in folders: they show with their folder below the root.
-    const QDir root(ProfileStore::root());
-    fill(sites_, ProfileStore::allProfiles(), [&](const QString& file) {
-        const QString folder = root.relativeFilePath(QFileInfo(file).path());
-        const QString name = SiteProfile::nameOf(file);
-        return folder == u'.' ? name : folder + u'/' + name;
-    });
+    fill(sites_, ProfileStore::allProfiles(), &ProfileStore::shownName);
 }
 
-void ProfileBar::fileListsChanged()
+void ProfileBar::readFileLists()
 {
     fill(fileLists_, FileListStore::listFolders(),
         [](const QString& folder) { return QFileInfo(folder).fileName(); });
 }
 
-void ProfileBar::linksChanged()
+void ProfileBar::readLinks()
 {
     fill(links_, LinkFile::linkFiles(), &LinkFile::nameOf);
 }

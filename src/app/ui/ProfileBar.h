@@ -1,25 +1,24 @@
 #pragma once
 
-#include "profiles/ProfileEvents.h"
-
 #include <QToolBar>
 
 class QComboBox;
 
 namespace zelto {
 
+class ProfileEvents;
+
 // The profile bar: drop-down lists of the site profiles, the file lists and the links, each item
-// carrying its file's path; choosing an item says which. The lists are read again whenever the
-// profile and link operations report a change.
-class ProfileBar final : public QToolBar, public ProfileEvents {
+// carrying its file's path; choosing an item says which. Each list is read again the moment the
+// events report a change of what it shows.
+class ProfileBar final : public QToolBar {
     Q_OBJECT
 public:
-    explicit ProfileBar(QWidget* parent = nullptr);
+    explicit ProfileBar(ProfileEvents& events, QWidget* parent = nullptr);
 
-    void profilesChanged() override;
-    void linksChanged() override;
-    // The file lists; they are made and renamed by the file-list screen.
-    void fileListsChanged();
+    void readProfiles();
+    void readFileLists();
+    void readLinks();
 
     [[nodiscard]] QComboBox* sites() const { return sites_; }
     [[nodiscard]] QComboBox* fileLists() const { return fileLists_; }

@@ -14,6 +14,8 @@
 #include "log/ui/CLogView.h"
 #include "options/ui/QtSoundPlayer.h"
 #include "profiles/ui/CFileListView.h"
+#include "profiles/ui/CLinkDlg.h"
+#include "profiles/ui/CProfile.h"
 #include "profiles/ui/CSite.h"
 #include "scripts/ui/CScriptProgressDlg.h"
 #include "settings/DataFolders.h"
@@ -109,13 +111,30 @@ int WindowedRun::runWindows(const StartRequest& request)
         if (!path.isEmpty())
             background.runScript(path);
     };
+    // The frame lends the screens the events its profile bar listens to.
+    const auto openProfiles = [&notifier, &services](QWidget* frame) {
+        return CProfile::showOrRaise(
+            notifier, static_cast<CMainFrame*>(frame)->profileEvents(), services.threads(), frame);
+    };
+    views.showProfiles = [openProfiles](QWidget* frame) { openProfiles(frame); };
+    views.showLinks = [&notifier](QWidget* frame) {
+        CLinkDlg::showOrRaise(notifier, static_cast<CMainFrame*>(frame)->profileEvents(), frame);
+    };
     views.showFileLists = [&notifier](QWidget* frame) {
-        auto* main = qobject_cast<CMainFrame*>(frame);
-        CSite* screen = CSite::showOrRaise(frame, notifier, main->profileEvents());
-        QObject::connect(screen, &CSite::listsChanged, &main->profileBar(),
-            &ProfileBar::fileListsChanged, Qt::UniqueConnection);
+        auto& events = static_cast<CMainFrame*>(frame)->profileEvents();
+        CSite* screen = CSite::showOrRaise(frame, notifier, events);
+        QObject::connect(screen, &CSite::listsChanged, &events, &ProfileEvents::fileListsChanged,
+            Qt::UniqueConnection);
     };
     CMainFrame frame(services, background, notifier, tray, std::move(views));
+    // "Add Site..." with no profiles to choose from leads to the profile screen.
+    sites->setNewSiteOpener([&frame, openProfiles] { openProfiles(&frame)->newSite(); });
+    // A list saved under a new name from the Multiple FTP Put screen joins the profile bar.
+    QObject::connect(
+        files, &CFileListView::listSaved, &frame.profileEvents(), &ProfileEvents::fileListsChanged);
+    // The sites listed for sending show a profile as it is now.
+    QObject::connect(
+        &frame.profileEvents(), &ProfileEvents::profilesChanged, sites, &CFtpView::refresh);
     // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.
     background.setLinkJobStarting([&notifier, &frame, previous = QPointer<CTransferDlg>()](
                                       const std::shared_ptr<TransferJob>& job) mutable {

@@ -19,8 +19,12 @@ CFtpView::CFtpView(QWidget* parent) : QTreeView(parent)
     header()->resizeSection(SiteListModel::Password, 70);
     header()->resizeSection(SiteListModel::RemoteFolder, 120);
     chooser_ = [this] {
-        CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root(), this);
-        return chooser.exec() == QDialog::Accepted ? chooser.chosen() : QStringList();
+        CSiteChooser chooser(
+            ProfileStore::allProfiles(), ProfileStore::root(), bool(newSiteOpener_), this);
+        const bool accepted = chooser.exec() == QDialog::Accepted;
+        if (chooser.newSiteWanted())
+            newSiteOpener_();
+        return accepted ? chooser.chosen() : QStringList();
     };
     createActions();
 }

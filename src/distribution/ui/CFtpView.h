@@ -22,6 +22,8 @@ public:
     explicit CFtpView(QWidget* parent = nullptr);
 
     void setProfileChooser(ProfileChooser chooser) { chooser_ = std::move(chooser); }
+    // Opens the place where site profiles are made; the chooser offers it when there are none.
+    void setNewSiteOpener(std::function<void()> opener) { newSiteOpener_ = std::move(opener); }
 
     // Adds each profile's site, or updates its row when it is listed already.
     void addProfiles(const QStringList& files);
@@ -40,6 +42,7 @@ private:
 
     SiteListModel model_;
     ProfileChooser chooser_;
+    std::function<void()> newSiteOpener_;
 };
 
 } // namespace zelto

@@ -29,7 +29,8 @@ QString shownName(const QString& file, const QString& root)
 
 } // namespace
 
-CSiteChooser::CSiteChooser(const QStringList& profiles, const QString& root, QWidget* parent)
+CSiteChooser::CSiteChooser(
+    const QStringList& profiles, const QString& root, bool offerNewSite, QWidget* parent)
     : QDialog(parent)
     , filter_(new QLineEdit(this))
     , profiles_(new QStandardItemModel(0, 2, this))
@@ -80,6 +81,27 @@ CSiteChooser::CSiteChooser(const QStringList& profiles, const QString& root, QWi
     filterRow->addWidget(filter_);
     layout->addLayout(filterRow);
     layout->addWidget(list_);
+    if (profiles.isEmpty()) {
+        // An empty list with no way forward leaves a new user stuck here.
+        auto* none = new QLabel(offerNewSite
+                ? tr("There are no site profiles yet. Make one with New site..., or later with "
+                     "FTP Profiles... in the FTP menu.")
+                : tr("There are no site profiles yet. Make one with FTP Profiles... in the FTP "
+                     "menu."),
+            this);
+        none->setWordWrap(true);
+        layout->addWidget(none);
+        if (offerNewSite) {
+            QPushButton* newSite
+                = buttons_->addButton(tr("&New site..."), QDialogButtonBox::ActionRole);
+            connect(newSite, &QPushButton::clicked, this, [this] {
+                newSiteWanted_ = true;
+                reject();
+            });
+            newSite->setObjectName(QStringLiteral("newSite"));
+            newSite->setDefault(true);
+        }
+    }
     layout->addWidget(buttons_);
     resize(480, 360);
 }

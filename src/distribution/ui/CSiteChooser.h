@@ -12,15 +12,18 @@ class QTreeView;
 namespace zelto {
 
 // "Add Site...": the stored site profiles, by name and server, narrowed by a filter; several can
-// be chosen at once.
+// be chosen at once. With no profiles at all it says how to make one and, when `offerNewSite`,
+// offers "New site..." (the dialog then ends, and newSiteWanted() says so).
 class CSiteChooser final : public QDialog {
     Q_OBJECT
 public:
     // `profiles` are profile files under `root`; each is shown by its path below the root.
-    CSiteChooser(const QStringList& profiles, const QString& root, QWidget* parent = nullptr);
+    CSiteChooser(const QStringList& profiles, const QString& root, bool offerNewSite = false,
+        QWidget* parent = nullptr);
 
     // The profiles chosen, in the order shown.
     [[nodiscard]] QStringList chosen() const;
+    [[nodiscard]] bool newSiteWanted() const { return newSiteWanted_; }
 
 private:
     void updateOk();
@@ -30,6 +33,7 @@ private:
     QSortFilterProxyModel* shown_;
     QTreeView* list_;
     QDialogButtonBox* buttons_;
+    bool newSiteWanted_ = false;
 };
 
 } // namespace zelto

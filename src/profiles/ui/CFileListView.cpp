@@ -211,6 +211,11 @@ void CFileListView::saveList()
         if (!made)
             return;
         folder = *made;
+        // A typed name may be that of a list kept for years: it is replaced only on a Yes.
+        if (QFileInfo::exists(FileListStore::listFile(folder))
+            && !notifier_.askYesNo(tr("A file list named %1 exists already. Replace it?")
+                                       .arg(QFileInfo(folder).fileName())))
+            return;
     }
     const QString listFile = FileListStore::listFile(folder);
     if (!model_.save(listFile)) {

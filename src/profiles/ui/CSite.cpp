@@ -25,9 +25,9 @@ namespace {
 
 using namespace settings::geometry;
 
-StoredPlacement placement()
+QString placement()
 {
-    return StoredPlacement(QLatin1StringView(kFilesFrame));
+    return QLatin1StringView(kFilesFrame);
 }
 
 } // namespace
@@ -43,8 +43,8 @@ CSite::CSite(Notifier& notifier, ProfileEvents& events, QWidget* frame)
     // Readable at first: the whole tool bar, four columns of files on each side and some twenty
     // rows under each tree.
     const QFontMetrics metrics = fontMetrics();
-    placement().restore(
-        *this, frame, QSize(metrics.averageCharWidth() * 175, metrics.lineSpacing() * 44));
+    StoredPlacement::restore(*this, placement(),
+        QSize(metrics.averageCharWidth() * 175, metrics.lineSpacing() * 44), frame);
     driveTree_->selectFolder(QDir::homePath());
     siteTree_->setFocus();
     // The frame's close ends the program, and this screen with it, without a close of its own.
@@ -209,18 +209,18 @@ bool CSite::eventFilter(QObject* watched, QEvent* event)
 void CSite::moveEvent(QMoveEvent* event)
 {
     QMainWindow::moveEvent(event);
-    placement().save(*this);
+    StoredPlacement::save(*this, placement());
 }
 
 void CSite::resizeEvent(QResizeEvent* event)
 {
     QMainWindow::resizeEvent(event);
-    placement().save(*this);
+    StoredPlacement::save(*this, placement());
 }
 
 void CSite::saveLayout() const
 {
-    placement().save(*this);
+    StoredPlacement::save(*this, placement());
     for (const StoredSplitter* splitter : splitters_)
         splitter->saveSizes();
 }
