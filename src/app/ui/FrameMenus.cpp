@@ -36,8 +36,7 @@ constexpr Look kLooks[] = {
 
 // Commands of later work: in their place, disabled until their windows exist.
 constexpr int kLater[] = { cmd::kConfiguration, cmd::kFtpProfiles, cmd::kFileListProfiles,
-    cmd::kLinks, cmd::kFtpQueue, cmd::kConfigureScheduler, cmd::kTrayConfigureScheduler,
-    cmd::kSystemParameters, cmd::kHelpTopics };
+    cmd::kLinks, cmd::kSystemParameters, cmd::kHelpTopics };
 
 } // namespace
 

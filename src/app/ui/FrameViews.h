@@ -32,6 +32,10 @@ struct FrameViews {
     // "FTP Scripts...": asks for a command script over the frame and runs it in its progress
     // window.
     std::function<void(QWidget* frame)> runScript;
+    // "FTP Queue...": the queue window, modal over the frame.
+    std::function<void(QWidget* frame)> showQueue;
+    // "Configure Scheduler..." (main and tray menus): the configurator, modal over the frame.
+    std::function<void(QWidget* frame)> configureScheduler;
 };
 
 } // namespace zelto

@@ -13,6 +13,8 @@
 #include "log/ui/CLogView.h"
 #include "options/ui/QtSoundPlayer.h"
 #include "profiles/ui/CFileListView.h"
+#include "queue/ui/CQueueDlg.h"
+#include "scheduler/ui/CSchedulerDlg.h"
 #include "scripts/ui/CScriptProgressDlg.h"
 #include "settings/DataFolders.h"
 
@@ -106,6 +108,16 @@ int WindowedRun::runWindows(const StartRequest& request)
             DataFolders::base(), QObject::tr("FTP scripts (*.cmd);;All files (*)"));
         if (!path.isEmpty())
             background.runScript(path);
+    };
+    views.showQueue = [&services, &notifier, &background](QWidget* frame) {
+        CQueueDlg window(
+            QueueStore(), services.threads(), notifier,
+            [&background] { background.queueSender().sendQueue(); }, {}, frame);
+        window.exec();
+    };
+    views.configureScheduler = [&notifier](QWidget* frame) {
+        CSchedulerDlg window(notifier, &QDateTime::currentDateTime, frame);
+        window.exec();
     };
     CMainFrame frame(services, background, notifier, tray, std::move(views));
     // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.
