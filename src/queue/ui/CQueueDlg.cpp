@@ -54,7 +54,6 @@ CQueueDlg::CQueueDlg(QueueStore store, WorkerThreads& threads, Notifier& notifie
     QHeaderView* header = list_->header();
     header->setSectionsMovable(true);
     header->setSectionsClickable(true);
-    header->setStretchLastSection(false);
     for (int column = 0; column < QueueRowsModel::kColumns; ++column) {
         header->resizeSection(
             column, column < QueueRowsModel::File ? kNumberColumnWidth : kTextColumnWidth);
