@@ -93,7 +93,7 @@ CSchedulerDlg::CSchedulerDlg(Notifier& notifier, Clock clock, QWidget* parent)
     , minute_(numberBox(0, 59))
     , scriptCheck_(new QCheckBox(tr("Schedule Script &File")))
     , scriptEdit_(new QLineEdit)
-    , browse_(new QPushButton(tr("B&rowse...")))
+    , browse_(new QPushButton(tr("&Browse...")))
     , link_(new QComboBox)
     , list_(new QTreeWidget)
 {
@@ -184,7 +184,7 @@ QWidget* CSchedulerDlg::buildList()
     list_->setAccessibleName(tr("Schedule entries"));
     list_->header()->setSectionResizeMode(Name, QHeaderView::Stretch);
     list_->header()->setStretchLastSection(false);
-    layout->addWidget(buddyLabel(tr("Schedule &entries"), list_));
+    layout->addWidget(buddyLabel(tr("Schedule e&ntries"), list_));
     layout->addWidget(list_, 1);
     return box;
 }
