@@ -11,7 +11,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
+#include <QGuiApplication>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSpinBox>
 #include <QTreeWidget>
 
@@ -237,6 +239,33 @@ TEST_F(SchedulerDialogTest, EntriesAreSwitchedAndBadOnesKeptAsTheyStand)
     ASSERT_EQ(stored.size(), 2u);
     EXPECT_EQ(stored[0].format(), QStringLiteral("good Daily ---- 07:00 Off"));
     EXPECT_EQ(stored[1].format(), values[1]);
+}
+
+// The window opens where the user left it, and a place off every screen is brought back onto one.
+TEST_F(SchedulerDialogTest, TheWindowComesBackWhereItWasLeft)
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const struct {
+        QPoint left;
+        QPoint opens;
+    } cases[] = {
+        { screen.topLeft() + QPoint(30, 40), screen.topLeft() + QPoint(30, 40) },
+        { screen.bottomRight() + QPoint(500, 500), QPoint() },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.left.x() << ',' << c.left.y());
+        auto dialog = open();
+        dialog->show();
+        dialog->resize(700, 480);
+        dialog->move(c.left);
+        dialog->reject();
+        dialog = open();
+        EXPECT_EQ(dialog->size(), QSize(700, 480));
+        if (!c.opens.isNull()) {
+            EXPECT_EQ(dialog->pos(), c.opens);
+        }
+        EXPECT_TRUE(screen.contains(dialog->geometry())) << "on the screen";
+    }
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "platform/StringTable.h"
 #include "queue/QueueDeletion.h"
 #include "widgets/ReportList.h"
+#include "widgets/StoredPlacement.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -87,6 +88,7 @@ CQueueDlg::CQueueDlg(QueueStore store, WorkerThreads& threads, Notifier& notifie
     layout->addWidget(list_);
     layout->addLayout(buttons);
     resize(860, 420);
+    new StoredPlacement(QStringLiteral("Queue"), *this);
 
     setBusy(true);
     runOffThread(

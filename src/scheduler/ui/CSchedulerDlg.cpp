@@ -6,6 +6,7 @@
 #include "profiles/LinkFile.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/DataFolders.h"
+#include "widgets/StoredPlacement.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -113,6 +114,7 @@ CSchedulerDlg::CSchedulerDlg(Notifier& notifier, Clock clock, QWidget* parent)
     for (const ScheduleEntry& entry : ScheduleStore::readEntries())
         addRow(entry);
     resize(640, 520);
+    new StoredPlacement(QStringLiteral("Scheduler"), *this);
 }
 
 QWidget* CSchedulerDlg::buildChoice()
