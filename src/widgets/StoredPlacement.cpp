@@ -43,8 +43,15 @@ void StoredPlacement::restore()
         = [this](const char* name) { return SettingsStore::getInt(section_, key(name), kAbsent); };
     const int width = read(kWidth);
     const int height = read(kHeight);
-    if (width <= 0 || height <= 0)
+    if (width <= 0 || height <= 0) {
+        // The first opening: the size asked for, less where the screen is smaller (large
+        // scale factors).
+        const QWidget* parent = window_.parentWidget();
+        const QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen();
+        if (screen)
+            window_.resize(window_.size().boundedTo(screen->availableGeometry().size() * 0.9));
         return;
+    }
     window_.resize(width, height);
     QRect place(QPoint(read(kX), read(kY)), window_.size());
     const QScreen* screen = QGuiApplication::screenAt(place.center());
