@@ -343,9 +343,11 @@ void CSchedulerDlg::markRow(QTreeWidgetItem& row)
     entry.state = row.text(State);
     const QString fault = ScheduleChoice::faultOf(entry);
     const bool runs = fault.isEmpty() && entry.state == StringTable::text(ids::kStateOn);
-    const QPalette::ColorGroup group = runs ? QPalette::Active : QPalette::Disabled;
+    // A row that will not run is greyed as disabled text is; the others keep the list's own
+    // colour, whatever palette is in force.
     for (int column = 0; column < kListColumns; ++column) {
-        row.setForeground(column, palette().brush(group, QPalette::Text));
+        row.setData(column, Qt::ForegroundRole,
+            runs ? QVariant() : QVariant(palette().brush(QPalette::Disabled, QPalette::Text)));
         row.setToolTip(column, fault.isEmpty() ? QString() : tr("Never runs: %1").arg(fault));
     }
 }
