@@ -12,6 +12,8 @@
 #   log-view.png          the main window once the transfers have ended: the log of the run
 #   script-window.png     the progress window of a script that the scheduler ran beside the link
 #   file-list-screen.png  the file-list screen opened from the FTP menu, the list "website" chosen
+#   queue-window.png      the queue window with the files that the refused site did not take
+#   scheduler-window.png  the scheduler's configurator with the two entries of the run
 #
 # Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
 # x11-utils (to choose the link on the profile bar and to shoot the script's window) and openbox
@@ -89,6 +91,7 @@ StartScreen=MULTIPLE_PUT
 Scheduler=YES
 
 [SCHEDULE]
+ResendFail=1
 NumTimers=2
 Timer0=demo Daily ---- $AT On
 Timer1=publish.cmd Daily ---- $AT On
@@ -192,4 +195,39 @@ if [ -n "$TOOLS" ]; then
     frame_shot "$name" "$WINDOW"
     xdotool windowclose "$WINDOW" 2>/dev/null || xdotool key --window "$WINDOW" Escape || true
   done
+fi
+# dialog_shot NAME TITLE KEYS...: the modal window that the keys open from the main window, shot
+# and closed with Escape.
+dialog_shot() {
+  local name=$1 title=$2 dialog
+  shift 2
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  xdotool key "$@" || true
+  dialog=$(xdotool search --sync --onlyvisible --name "^$title\$" | head -n 1)
+  sleep 1
+  frame_shot "$name" "$dialog"
+  xdotool key --window "$dialog" Escape || true
+  sleep 0.5
+}
+# Files that failed on an earlier day wait in the queue, written once the program has started
+# (without StartQueueProg it empties the queue at its start; and all three demo servers are
+# 127.0.0.1, so the run's own successes take its failures out of the queue again).
+{
+  echo "[QUEUE]"
+  echo "NumQueues=3"
+  n=0
+  for file in index.html about.html logo.png; do
+    n=$((n + 1))
+    printf '[QUEUE%d]\nNumTimes=%d\nLocalName=%s\nRemoteName=%s\nLocDirFile=%s\n' \
+      "$n" "$n" "$file" "$file" "$DEMO/www"
+    printf 'RemDirFile=/\nReason=%s\nSource=Local\nDestination=files.example.net\n' \
+      "Could not connect to the server"
+    printf 'FtpMethod=ZELTO_PUT\nFileSize=1024\nPort=21\nStatus=%d\n' "$((n == 3))"
+  done
+} > "$DATA/zeltoQue.ini"
+
+if [ -n "$TOOLS" ]; then
+  dialog_shot queue-window Queue alt+t q
+  dialog_shot scheduler-window "Zelto Scheduler" alt+o s c
 fi

@@ -2,53 +2,52 @@
 
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "scheduler/ScheduleChoice.h"
 
 namespace zelto {
 namespace {
 
-QString twoDigits(int value)
+bool isDue(const ScheduleEntry& entry, const ScheduleChoice& now)
 {
-    return QStringLiteral("%1").arg(value, 2, 10, QChar(u'0'));
+    if (entry.state != StringTable::text(ids::kStateOn)
+        || entry.time != now.timeWord(ids::kFrequencyDaily))
+        return false;
+    // "Hourly" has no rule: it is never due.
+    switch (const int frequency = ScheduleChoice::frequencyOf(entry.frequency)) {
+    case ids::kFrequencyDaily:
+        return true;
+    case ids::kFrequencyOnce:
+    case ids::kFrequencyToday:
+    case ids::kFrequencyWeekly:
+    case ids::kFrequencyMonthly:
+    case ids::kFrequencyYearly:
+        return entry.date == now.dateWord(frequency);
+    default:
+        return false;
+    }
 }
 
-// What each frequency's date word must be today, and the time word now.
-struct Today {
-    explicit Today(const QDateTime& now)
-    {
-        const auto date = now.date();
-        const auto time = now.time();
-        this->time = twoDigits(time.hour()) + u':' + twoDigits(time.minute());
-        day = twoDigits(date.day()) + u'/' + twoDigits(date.month()) + u'/'
-            + QString::number(date.year());
-        // dayOfWeek(): Monday 1 ... Sunday 7; the names run from Sunday.
-        weekday = StringTable::text(ids::kWeekdaySunday + date.dayOfWeek() % 7);
-        monthly = twoDigits(date.day()) + QStringLiteral("/--/--");
-        yearly = twoDigits(date.day()) + u'/' + twoDigits(date.month()) + QStringLiteral("/--");
-    }
+// A yearly 29 February comes back within eight years (1900-style gaps included).
+constexpr int kDaysAhead = 8 * 366;
 
-    QString time;
-    QString day;
-    QString weekday;
-    QString monthly;
-    QString yearly;
-};
-
-bool isDue(const ScheduleEntry& entry, const Today& today)
+// When `entry` is next due after `now`. A repeating entry tries the days ahead in turn with the due
+// test itself, so the two never disagree.
+std::optional<QDateTime> nextOf(const ScheduleEntry& entry, const QDateTime& now)
 {
-    if (entry.state != StringTable::text(ids::kStateOn) || entry.time != today.time)
-        return false;
-    const auto is = [&entry](int id) { return entry.frequency == StringTable::text(id); };
-    if (is(ids::kFrequencyOnce) || is(ids::kFrequencyToday))
-        return entry.date == today.day;
-    if (is(ids::kFrequencyDaily))
-        return true;
-    if (is(ids::kFrequencyWeekly))
-        return entry.date == today.weekday;
-    if (is(ids::kFrequencyMonthly))
-        return entry.date == today.monthly;
-    if (is(ids::kFrequencyYearly))
-        return entry.date == today.yearly;
-    return false;
+    const QTime time = QTime::fromString(entry.time, QStringLiteral("HH:mm"));
+    if (!time.isValid())
+        return std::nullopt;
+    const int frequency = ScheduleChoice::frequencyOf(entry.frequency);
+    if (frequency == ids::kFrequencyOnce || frequency == ids::kFrequencyToday) {
+        const QDateTime at(QDate::fromString(entry.date, QStringLiteral("dd/MM/yyyy")), time);
+        return at.isValid() && at > now ? std::optional(at) : std::nullopt;
+    }
+    for (int days = 0; days <= kDaysAhead; ++days) {
+        const QDateTime at(now.date().addDays(days), time);
+        if (at > now && isDue(entry, ScheduleChoice::at(at)))
+            return at;
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -56,10 +55,10 @@ bool isDue(const ScheduleEntry& entry, const Today& today)
 std::vector<ScheduleCheck::Due> ScheduleCheck::due(
     const std::vector<ScheduleEntry>& entries, const QDateTime& now)
 {
-    const Today today(now);
+    const ScheduleChoice moment = ScheduleChoice::at(now);
     std::vector<Due> due;
     for (const auto& entry : entries)
-        if (isDue(entry, today))
+        if (isDue(entry, moment))
             due.push_back({ entry, isScript(entry.name) });
     return due;
 }
@@ -67,6 +66,27 @@ std::vector<ScheduleCheck::Due> ScheduleCheck::due(
 bool ScheduleCheck::isScript(const QString& name)
 {
     return name.endsWith(QLatin1StringView("cmd"), Qt::CaseInsensitive);
+}
+
+bool ScheduleCheck::canRun(const ScheduleEntry& entry)
+{
+    return entry.state == StringTable::text(ids::kStateOn)
+        && ScheduleChoice::frequencyOf(entry.frequency) != ids::kFrequencyHourly
+        && ScheduleChoice::faultOf(entry).isEmpty();
+}
+
+std::optional<ScheduleCheck::Next> ScheduleCheck::next(
+    const std::vector<ScheduleEntry>& entries, const QDateTime& now)
+{
+    std::optional<Next> first;
+    for (const auto& entry : entries) {
+        if (!canRun(entry))
+            continue;
+        const auto at = nextOf(entry, now);
+        if (at && (!first || *at < first->at))
+            first = Next { entry, *at };
+    }
+    return first;
 }
 
 } // namespace zelto

@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 
+#include <optional>
 #include <vector>
 
 namespace zelto {
@@ -32,6 +33,17 @@ public:
     [[nodiscard]] static std::vector<Due> due(
         const std::vector<ScheduleEntry>& entries, const QDateTime& now);
     [[nodiscard]] static bool isScript(const QString& name);
+    // The entry is on and has a rule that can make it due: well formed, and not "Hourly".
+    [[nodiscard]] static bool canRun(const ScheduleEntry& entry);
+
+    struct Next {
+        ScheduleEntry entry;
+        QDateTime at;
+    };
+    // The entry due first after `now` (later minutes only), and when; none when no entry will
+    // ever be due again. The first in the entries' order wins a tie.
+    [[nodiscard]] static std::optional<Next> next(
+        const std::vector<ScheduleEntry>& entries, const QDateTime& now);
 };
 
 } // namespace zelto

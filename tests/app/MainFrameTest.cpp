@@ -22,6 +22,7 @@
 #include "profiles/ui/CProfDialog.h"
 #include "profiles/ui/CProfile.h"
 #include "queue/QueueStore.h"
+#include "scheduler/ScheduleStore.h"
 #include "settings/DataFolders.h"
 #include "settings/SettingsStore.h"
 
@@ -313,16 +314,25 @@ TEST(MainFrameTest, SchedulerSwitchesOnlyOnOk)
         EXPECT_EQ(run.background.scheduler().isOn(), step.on) << step.key;
         EXPECT_EQ(run.command(cmd::kScheduler)->isChecked(), step.on) << step.key;
         EXPECT_EQ(run.command(cmd::kTrayScheduler)->isChecked(), step.on) << step.key;
-        EXPECT_TRUE(indicator->text().endsWith(
-            StringTable::text(step.on ? ids::kStateOn : ids::kStateOff)));
+        // On over an empty schedule says so.
+        EXPECT_EQ(indicator->text(),
+            step.on ? QStringLiteral("Scheduler: On, nothing scheduled")
+                    : QStringLiteral("Scheduler: Off"));
         EXPECT_EQ(stored(QStringLiteral("CONFIG"), "Scheduler"), QLatin1StringView(step.key));
     }
 
     FrameRun on;
+    // Only the entries that can run are counted: not one that is off, nor an "Hourly" one.
+    ScheduleStore::writeEntries({ ScheduleEntry::parse("a Daily ---- 07:00 On"),
+        ScheduleEntry::parse("b Hourly ---- --:30 On"),
+        ScheduleEntry::parse("c Daily ---- 08:00 Off"),
+        ScheduleEntry::parse("d Weekly Monday 07:00 On") });
     SettingsStore::set(config::kScheduler, QStringLiteral("YES"));
     on.open();
     EXPECT_TRUE(on.command(cmd::kScheduler)->isChecked());
     EXPECT_TRUE(on.command(cmd::kTrayScheduler)->isChecked());
+    EXPECT_EQ(on.frame->statusBar()->findChild<QLabel*>()->text(),
+        QStringLiteral("Scheduler: On, 2 entries"));
 }
 
 // The bars, the transfer modes and the log filters: each command writes its key's word, and the

@@ -5,6 +5,7 @@
 #include "TestFiles.h"
 #include "platform/IniDocument.h"
 #include "platform/PrivateProfile.h"
+#include "queue/QueueDeletion.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -221,6 +222,49 @@ TEST_F(QueueStoreTest, DamagedCountsCostNoMoreThanTheFile)
         // written: no section for an item that has none.
         EXPECT_LT(test::contents(path()).size(), file.size() + 200);
     }
+}
+
+// The window's Delete against a file that jobs changed since the window read it: what the jobs did
+// stays, and only the rows deleted leave.
+TEST(QueueDeletionTest, TheFileAsItIsNowKeepsWhatJobsDidMeanwhile)
+{
+    const auto items = [](const char* names) {
+        std::vector<QueueItem> list;
+        for (const char* c = names; *c != 0; ++c)
+            list.push_back(named(QString(QChar(*c))));
+        return list;
+    };
+    const struct {
+        const char* kept;
+        const char* deleted;
+        const char* current;
+        const char* after;
+    } cases[] = {
+        { "ac", "b", "abc", "ac" },
+        // Appended since the window opened: kept, after the rows shown.
+        { "a", "b", "abde", "ade" },
+        // Sent since: it does not come back.
+        { "ac", "b", "ab", "a" },
+        // The window's order is written.
+        { "ca", "", "ac", "ca" },
+        // One transfer twice in a hand-made file: one row each.
+        { "a", "a", "aa", "a" },
+        { "", "", "", "" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.kept) + " - " + c.deleted + " in " + c.current);
+        const auto rows = QueueDeletion::merged(items(c.kept), items(c.deleted), items(c.current));
+        EXPECT_EQ(namesOf(rows).join(QString()), QString::fromLatin1(c.after));
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            EXPECT_EQ(rows[i].position, int(i + 1));
+    }
+
+    // The file's values win over the window's: a count-up by a job is kept.
+    std::vector<QueueItem> current = items("ab");
+    current[0].numTimes = 4;
+    const auto rows = QueueDeletion::merged(items("a"), items("b"), current);
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].numTimes, 4);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "TempSettings.h"
 #include "scheduler/ScheduleCheck.h"
+#include "scheduler/ScheduleChoice.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/SettingsStore.h"
 
@@ -99,6 +100,82 @@ TEST(ScheduleCheckTest, EachEntryIsDueInItsOwnMinuteOnly)
         if (c.due) {
             EXPECT_EQ(due[0].script, c.script);
         }
+    }
+}
+
+// The run named next in the tray, and the entries the status bar counts: an entry that can never be
+// due (Hourly, off, a bad word, a day already past) is neither.
+TEST(ScheduleCheckTest, TheNextRunIsTheFirstMinuteTheDueTestAccepts)
+{
+    const QDateTime now(QDate(2024, 2, 28), QTime(10, 0, 30)); // a Wednesday
+    struct Case {
+        const char* value;
+        QDateTime next; // invalid: never
+    };
+    const Case cases[] = {
+        { "a Daily ---- 10:01 On", QDateTime(QDate(2024, 2, 28), QTime(10, 1)) },
+        // The current minute is over for the next run.
+        { "a Daily ---- 10:00 On", QDateTime(QDate(2024, 2, 29), QTime(10, 0)) },
+        { "a Weekly Monday 09:00 On", QDateTime(QDate(2024, 3, 4), QTime(9, 0)) },
+        { "a Monthly 31/--/-- 08:00 On", QDateTime(QDate(2024, 3, 31), QTime(8, 0)) },
+        { "a Yearly 29/02/-- 08:00 On", QDateTime(QDate(2024, 2, 29), QTime(8, 0)) },
+        { "a Yearly 28/02/-- 08:00 On", QDateTime(QDate(2025, 2, 28), QTime(8, 0)) },
+        { "a Once 01/03/2024 07:00 On", QDateTime(QDate(2024, 3, 1), QTime(7, 0)) },
+        { "a Once 27/02/2024 07:00 On", {} },
+        { "a Today 28/02/2024 09:59 On", {} },
+        { "a Hourly ---- --:30 On", {} },
+        { "a Daily ---- 10:01 Off", {} },
+        { "a Daily ---- 24:00 On", {} },
+        { "a Monthly 32/--/-- 08:00 On", {} },
+        { "a Fortnightly ---- 10:01 On", {} },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.value);
+        const ScheduleEntry entry = ScheduleEntry::parse(QString::fromLatin1(c.value));
+        const auto next = ScheduleCheck::next({ entry }, now);
+        ASSERT_EQ(next.has_value(), c.next.isValid());
+        if (next) {
+            EXPECT_EQ(next->at, c.next);
+            // The due test agrees at that minute.
+            EXPECT_EQ(ScheduleCheck::due({ entry }, next->at).size(), 1u);
+        }
+    }
+    const auto first = ScheduleCheck::next({ ScheduleEntry::parse("late Daily ---- 12:00 On"),
+                                               ScheduleEntry::parse("soon Daily ---- 11:00 On") },
+        now);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->entry.name, QStringLiteral("soon"));
+}
+
+// A stored entry that the configurator could not have made is named for its bad word; one it could
+// have made has no fault, whatever its frequency.
+TEST(ScheduleChoiceTest, FaultsNameTheWordTheSchedulerCannotUse)
+{
+    const struct {
+        const char* value;
+        const char* fault; // a part of the fault; empty: none
+    } cases[] = {
+        { "a Once 29/02/2024 10:00 On", "" },
+        { "a Once 30/02/2024 10:00 On", "the date" },
+        { "a Today 05/11/99 10:00 On", "the date" },
+        { "a Hourly ---- --:59 Off", "" },
+        { "a Hourly ---- 10:00 On", "the time" },
+        { "a Daily ---- 10:60 On", "the time" },
+        { "a Weekly Funday 10:00 On", "the date" },
+        { "a Monthly 00/--/-- 10:00 On", "the date" },
+        { "a Yearly 29/02/-- 10:00 On", "" },
+        { "a Yearly 31/04/-- 10:00 On", "the date" },
+        { "a daily ---- 10:00 On", "not a frequency" },
+        { "a Daily ---- 10:00 on", "the state" },
+        { "a Daily ----", "the time" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.value);
+        const QString fault = ScheduleChoice::faultOf(ScheduleEntry::parse(c.value));
+        if (*c.fault == 0)
+            EXPECT_TRUE(fault.isEmpty()) << fault.toStdString();
+        else
+            EXPECT_TRUE(fault.contains(QLatin1StringView(c.fault))) << fault.toStdString();
     }
 }
 

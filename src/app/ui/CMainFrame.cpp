@@ -7,6 +7,7 @@
 #include "app/ui/FrameMenus.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/ProfileBar.h"
+#include "app/ui/SchedulerStatus.h"
 #include "distribution/ui/CFtpView.h"
 #include "log/ui/CLogView.h"
 #include "platform/Notifier.h"
@@ -15,6 +16,7 @@
 #include "profiles/FileListStore.h"
 #include "profiles/LinkFile.h"
 #include "profiles/ui/CFileListView.h"
+#include "scheduler/ScheduleStore.h"
 #include "settings/SettingsStore.h"
 
 #include <QAction>
@@ -154,13 +156,25 @@ void CMainFrame::connectCommands()
     const std::pair<int, std::function<void(QWidget*)>*> windows[]
         = { { cmd::kTransferStatistics, &views_.showStatistics },
               { cmd::kFtpScripts, &views_.runScript }, { cmd::kFtpProfiles, &views_.showProfiles },
-              { cmd::kLinks, &views_.showLinks },
-              { cmd::kFileListProfiles, &views_.showFileLists } };
+              { cmd::kLinks, &views_.showLinks }, { cmd::kFileListProfiles, &views_.showFileLists },
+              { cmd::kFtpQueue, &views_.showQueue },
+              { cmd::kConfigureScheduler, &views_.configureScheduler },
+              { cmd::kTrayConfigureScheduler, &views_.configureScheduler } };
     for (const auto& [id, open] : windows) {
         command(id)->setEnabled(bool(*open));
         if (*open)
             connect(command(id), &QAction::triggered, this, [this, open] { (*open)(this); });
     }
+    // The configurator is modal: once it is closed the schedule says what it holds now.
+    for (const int id : { cmd::kConfigureScheduler, cmd::kTrayConfigureScheduler }) {
+        connect(command(id), &QAction::triggered, this,
+            [this] { showSchedulerState(background_.scheduler().isOn()); });
+    }
+    // The next run named in the tray's tip moves on as the minutes pass.
+    auto* minute = new QTimer(this);
+    connect(minute, &QTimer::timeout, this,
+        [this] { showSchedulerState(background_.scheduler().isOn()); });
+    minute->start(Scheduler::kPeriod);
 
     CLogView* log = views_.log;
     const std::pair<int, void (CLogView::*)()> logCommands[]
@@ -316,8 +330,9 @@ void CMainFrame::showSchedulerState(bool on)
 {
     command(cmd::kScheduler)->setChecked(on);
     command(cmd::kTrayScheduler)->setChecked(on);
-    schedulerState_->setText(
-        tr("Scheduler: %1").arg(StringTable::text(on ? ids::kStateOn : ids::kStateOff)));
+    const std::vector<ScheduleEntry> entries = ScheduleStore::readEntries();
+    schedulerState_->setText(SchedulerStatus::statusText(on, entries));
+    tray_.setTipLine(SchedulerStatus::nextText(on, entries, QDateTime::currentDateTime()));
 }
 
 void CMainFrame::toggleWindow()

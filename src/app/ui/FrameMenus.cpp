@@ -35,8 +35,7 @@ constexpr Look kLooks[] = {
 };
 
 // Commands of later work: in their place, disabled until their windows exist.
-constexpr int kLater[] = { cmd::kConfiguration, cmd::kFtpQueue, cmd::kConfigureScheduler,
-    cmd::kTrayConfigureScheduler, cmd::kSystemParameters, cmd::kHelpTopics };
+constexpr int kLater[] = { cmd::kConfiguration, cmd::kSystemParameters, cmd::kHelpTopics };
 
 } // namespace
 

@@ -24,6 +24,14 @@ FrameTray::FrameTray(bool systemHasTray) : openMenu_([](QMenu& menu) { menu.exec
 
 FrameTray::~FrameTray() = default;
 
+void FrameTray::setTipLine(const QString& line)
+{
+    if (icon_) {
+        const QString title = StringTable::text(ids::kAppTitle);
+        icon_->setToolTip(line.isEmpty() ? title : title + u'\n' + line);
+    }
+}
+
 void FrameTray::setState(TrayState state)
 {
     // Queued from a worker, direct on the UI thread; a state still queued when the tray goes is

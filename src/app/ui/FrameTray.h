@@ -45,6 +45,9 @@ public:
     void setMenuOpener(MenuOpener opener) { openMenu_ = std::move(opener); }
     void show();
     void remove();
+    // A second line of the icon's tip under the program's name (the next scheduled run); empty
+    // for none.
+    void setTipLine(const QString& line);
 
 public Q_SLOTS:
     void activate(QSystemTrayIcon::ActivationReason reason);

@@ -38,6 +38,10 @@ struct FrameViews {
     // frame, or raises it when it is open.
     std::function<void(QWidget* frame)> showProfiles;
     std::function<void(QWidget* frame)> showLinks;
+    // "FTP Queue...": the queue window, modal over the frame.
+    std::function<void(QWidget* frame)> showQueue;
+    // "Configure Scheduler..." (main and tray menus): the configurator, modal over the frame.
+    std::function<void(QWidget* frame)> configureScheduler;
 };
 
 } // namespace zelto

@@ -17,6 +17,8 @@
 #include "profiles/ui/CLinkDlg.h"
 #include "profiles/ui/CProfile.h"
 #include "profiles/ui/CSite.h"
+#include "queue/ui/CQueueDlg.h"
+#include "scheduler/ui/CSchedulerDlg.h"
 #include "scripts/ui/CScriptProgressDlg.h"
 #include "settings/DataFolders.h"
 
@@ -125,6 +127,16 @@ int WindowedRun::runWindows(const StartRequest& request)
         CSite* screen = CSite::showOrRaise(frame, notifier, events);
         QObject::connect(screen, &CSite::listsChanged, &events, &ProfileEvents::fileListsChanged,
             Qt::UniqueConnection);
+    };
+    views.showQueue = [&services, &notifier, &background](QWidget* frame) {
+        CQueueDlg window(
+            QueueStore(), services.threads(), notifier,
+            [&background] { background.queueSender().sendQueue(); }, {}, frame);
+        window.exec();
+    };
+    views.configureScheduler = [&notifier](QWidget* frame) {
+        CSchedulerDlg window(notifier, &QDateTime::currentDateTime, frame);
+        window.exec();
     };
     CMainFrame frame(services, background, notifier, tray, std::move(views));
     // "Add Site..." with no profiles to choose from leads to the profile screen.
