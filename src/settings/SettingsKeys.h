@@ -107,6 +107,7 @@ inline constexpr IntKey kRecToCtrl { kFtp, "RecToCtrl", 20 };
 inline constexpr IntKey kSendToCtrl { kFtp, "SendToCtrl", 20 };
 inline constexpr IntKey kRetry { kFtp, "Retry", 2 };
 inline constexpr TextKey kCachePage { kFtp, "Cache", kYes };
+inline constexpr TextKey kReload { kFtp, "Reload", kYes };
 // Connecting code: empty or unknown means the system's preconfigured access.
 inline constexpr TextKey kAccessType { kFtp, "AccessType", "" };
 inline constexpr TextKey kAccessTypePage { kFtp, "AccessType", "DirectAccess" };

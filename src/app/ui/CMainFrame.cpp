@@ -16,6 +16,7 @@
 #include "profiles/LinkFile.h"
 #include "profiles/ui/CFileListView.h"
 #include "settings/SettingsStore.h"
+#include "widgets/CHelpWindow.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -154,11 +155,14 @@ void CMainFrame::connectCommands()
     connect(command(cmd::kExit), &QAction::triggered, this, &QWidget::close);
     connect(command(cmd::kCloseZelto), &QAction::triggered, this, &QWidget::close);
     connect(command(cmd::kAbout), &QAction::triggered, this, &CMainFrame::showAbout);
+    connect(command(cmd::kHelpTopics), &QAction::triggered, this,
+        [this] { CHelpWindow::showSection({}, this); });
 
     // Commands that open another window: enabled when the frame was lent one.
     const std::pair<int, std::function<void(QWidget*)>*> windows[]
         = { { cmd::kTransferStatistics, &views_.showStatistics },
-              { cmd::kFtpScripts, &views_.runScript } };
+              { cmd::kFtpScripts, &views_.runScript }, { cmd::kConfiguration, &views_.showOptions },
+              { cmd::kSystemParameters, &views_.showOptions } };
     for (const auto& [id, open] : windows) {
         command(id)->setEnabled(bool(*open));
         if (*open)

@@ -35,9 +35,8 @@ constexpr Look kLooks[] = {
 };
 
 // Commands of later work: in their place, disabled until their windows exist.
-constexpr int kLater[] = { cmd::kConfiguration, cmd::kFtpProfiles, cmd::kFileListProfiles,
-    cmd::kLinks, cmd::kFtpQueue, cmd::kConfigureScheduler, cmd::kTrayConfigureScheduler,
-    cmd::kSystemParameters, cmd::kHelpTopics };
+constexpr int kLater[] = { cmd::kFtpProfiles, cmd::kFileListProfiles, cmd::kLinks, cmd::kFtpQueue,
+    cmd::kConfigureScheduler, cmd::kTrayConfigureScheduler };
 
 } // namespace
 

@@ -32,6 +32,8 @@ struct FrameViews {
     // "FTP Scripts...": asks for a command script over the frame and runs it in its progress
     // window.
     std::function<void(QWidget* frame)> runScript;
+    // "Configuration..." and the tray's "System Parameters": the options sheet over the frame.
+    std::function<void(QWidget* frame)> showOptions;
 };
 
 } // namespace zelto
