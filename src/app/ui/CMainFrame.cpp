@@ -26,6 +26,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -102,9 +103,20 @@ CMainFrame::CMainFrame(ProgramServices& services, BackgroundWork& background, No
     setCentralWidget(screens_->widget());
     buildBars();
     connectCommands();
+    // No place stored yet: the user's first start shows every bar, from then on the keys decide.
+    const bool firstStart = SettingsStore::getInt(QLatin1StringView(geometry::kMainFrame),
+                                QLatin1StringView(geometry::kWidth), -1)
+        == -1;
+    if (firstStart) {
+        for (const Bar& bar : kBars)
+            SettingsStore::set(bar.key, 1);
+    }
     // The log view's own choice, or the log writer's reading of the same setting.
     restoreState(views_.log ? views_.log->filter() : services.log().filter());
-    restoreGeometry();
+    if (firstStart)
+        placeAtFirstStart();
+    else
+        restoreGeometry();
     tray_.attach(menus_->trayMenu(), this);
     connect(&tray_, &FrameTray::toggleWindowRequested, this, &CMainFrame::toggleWindow);
     tray_.show();
@@ -354,6 +366,15 @@ void CMainFrame::restoreGeometry()
     // A place on a screen that is gone would leave the window where nobody sees it.
     if (QGuiApplication::screenAt(place))
         move(place);
+}
+
+void CMainFrame::placeAtFirstStart()
+{
+    // Large enough for the three panes and the log to be read, centred on the screen.
+    constexpr QSize kComfortable(1100, 760);
+    const QRect desktop = screen()->availableGeometry();
+    resize(kComfortable.boundedTo(desktop.size() * 0.85));
+    move(desktop.center() - QPoint(width() / 2, height() / 2));
 }
 
 void CMainFrame::saveGeometry() const

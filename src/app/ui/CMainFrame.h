@@ -84,6 +84,7 @@ private:
     [[nodiscard]] bool acceptsListData();
     void restoreState(LogFilter logFilter);
     void restoreGeometry();
+    void placeAtFirstStart();
     void saveGeometry() const;
     void setTransferMode(int id);
     void setLogFilter(int id);
