@@ -166,3 +166,13 @@ if [ -n "$SCRIPT_WINDOW" ]; then
   sleep 0.5
   frame_shot script-window "$SCRIPT_WINDOW"
 fi
+# The options sheet (Options > Configuration...), on its System page.
+if [ -n "$TOOLS" ]; then
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  xdotool key alt+o c || true
+  OPTIONS_WINDOW=$(xdotool search --sync --onlyvisible --name "^System Config" | head -n 1)
+  xdotool key ctrl+Tab ctrl+Tab || true
+  sleep 0.5
+  frame_shot options-sheet "$OPTIONS_WINDOW"
+fi
