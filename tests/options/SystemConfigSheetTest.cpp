@@ -273,6 +273,26 @@ TEST(SystemConfigSheet, LogPageAppliesToTheNextRecord)
         s.sheet.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Apply)->isEnabled());
 }
 
+// The sheet opens where the user left it, whatever closed it.
+TEST(SystemConfigSheet, OpensWhereItWasLeft)
+{
+    test::TempSettings temp;
+    test::SilentPlayer player;
+    test::TestNotifier notifier;
+    QPoint left;
+    {
+        CSystemConfigSheet sheet(player, notifier);
+        sheet.show();
+        sheet.setGeometry(70, 80, 640, 520);
+        left = sheet.pos();
+        sheet.reject();
+    }
+    CSystemConfigSheet again(player, notifier);
+    again.show();
+    EXPECT_EQ(again.pos(), left);
+    EXPECT_EQ(again.size(), QSize(640, 520));
+}
+
 // Every page's Help finds its section of the built-in manual, whose anchors are its headings'.
 TEST(SystemConfigSheet, EveryPageHasItsSectionInTheManual)
 {

@@ -10,8 +10,10 @@
 #include "options/ui/CSystemPage.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "settings/SettingsStore.h"
 
 #include <QDialogButtonBox>
+#include <QGuiApplication>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTabWidget>
@@ -56,6 +58,35 @@ CSystemConfigSheet::CSystemConfigSheet(SoundPlayer& player, Notifier& notifier, 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs_);
     layout->addWidget(buttons_);
+    restorePlacement();
+}
+
+void CSystemConfigSheet::restorePlacement()
+{
+    using namespace settings::geometry;
+    const QString section = QLatin1StringView(kOptionsSheet);
+    const auto read = [&](const char* key) {
+        return SettingsStore::getInt(section, QLatin1StringView(key), -1);
+    };
+    const QSize size(read(kWidth), read(kHeight));
+    const QPoint place(read(kX), read(kY));
+    if (size.width() <= 0 || size.height() <= 0)
+        return;
+    resize(size.expandedTo(minimumSizeHint()));
+    // A place on a screen that is gone would leave the sheet where nobody sees it.
+    if (QGuiApplication::screenAt(place))
+        move(place);
+}
+
+void CSystemConfigSheet::hideEvent(QHideEvent* event)
+{
+    QDialog::hideEvent(event);
+    using namespace settings::geometry;
+    const QString section = QLatin1StringView(kOptionsSheet);
+    SettingsStore::writeInt(section, QLatin1StringView(kWidth), width());
+    SettingsStore::writeInt(section, QLatin1StringView(kHeight), height());
+    SettingsStore::writeInt(section, QLatin1StringView(kX), x());
+    SettingsStore::writeInt(section, QLatin1StringView(kY), y());
 }
 
 void CSystemConfigSheet::showEvent(QShowEvent* event)

@@ -40,9 +40,12 @@ public Q_SLOTS:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void updateApply();
+    // The place the user left the sheet at; the first time it opens centred on its parent.
+    void restorePlacement();
 
     Notifier& notifier_;
     QTabWidget* tabs_ = nullptr;
