@@ -5,7 +5,7 @@
 namespace zelto {
 
 // The user manual, shown in a window of its own. A section is named by the anchor that a
-// Markdown viewer gives its heading ("Options: FTP page" is "options-ftp-page"), so the same
+// Markdown viewer gives its heading ("Options: FTP" is "options-ftp"), so the same
 // names work for the manual read anywhere else.
 class CHelpWindow final : public QTextBrowser {
     Q_OBJECT
