@@ -11,6 +11,7 @@
 #include "log/LogListener.h"
 #include "log/LogRecord.h"
 #include "log/LogWriter.h"
+#include "options/SoundPlayer.h"
 #include "options/ui/COptionsPage.h"
 #include "options/ui/CSystemConfigSheet.h"
 #include "platform/StringIds.h"
@@ -271,6 +272,35 @@ TEST(SystemConfigSheet, LogPageAppliesToTheNextRecord)
     EXPECT_EQ(stamps.times[1].size(), 8);
     EXPECT_FALSE(
         s.sheet.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Apply)->isEnabled());
+}
+
+// Test plays the typed file through the program's player; Clear empties the four events.
+TEST(SystemConfigSheet, SoundsPageTestsAndClears)
+{
+    struct RecordingPlayer final : SoundPlayer {
+        void playFile(const QString& path) override { played.append(path); }
+        QStringList played;
+    };
+    test::TempSettings temp;
+    SettingsStore::set(sounds::kTransferFailPage, QStringLiteral("/old/fail.wav"));
+    RecordingPlayer player;
+    test::TestNotifier notifier;
+    CSystemConfigSheet sheet(player, notifier);
+    sheet.show();
+    sheet.tabs().setCurrentIndex(5);
+    QWidget& page = sheet.page(5);
+    type(page, "Connection Established", "/sounds/ok.wav");
+    const auto tests = page.findChildren<QPushButton*>();
+    for (QPushButton* button : tests) {
+        if (button->text() == QLatin1StringView("Test"))
+            button->click(); // only the two that hold a file play
+    }
+    EXPECT_EQ(player.played, QStringList({ "/sounds/ok.wav", "/old/fail.wav" }));
+    control<QPushButton>(page, "Clear")->click();
+    sheet.accept();
+    for (const TextKey& key : { sounds::kConnectOkPage, sounds::kConnectFailPage,
+             sounds::kTransferOkPage, sounds::kTransferFailPage })
+        EXPECT_EQ(storedText(key.section, key.name), QString()) << key.name;
 }
 
 // The sheet opens where the user left it, whatever closed it.
