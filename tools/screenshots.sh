@@ -11,9 +11,12 @@
 #   transfer-windows.png  the main window and its transfer windows while the link's transfers run
 #   log-view.png          the main window once the transfers have ended: the log of the run
 #   script-window.png     the progress window of a script that the scheduler ran beside the link
+#   profile-screen.png    the site-profile screen, from the FTP menu
+#   link-dialog.png       the link dialog, from the FTP menu
 #   file-list-screen.png  the file-list screen opened from the FTP menu, the list "website" chosen
 #   queue-window.png      the queue window with the files that the refused site did not take
 #   scheduler-window.png  the scheduler's configurator with the two entries of the run
+#   options-sheet.png     the "System Config" sheet on its System page
 #
 # Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
 # x11-utils (to choose the link on the profile bar and to shoot the script's window) and openbox
@@ -230,4 +233,13 @@ dialog_shot() {
 if [ -n "$TOOLS" ]; then
   dialog_shot queue-window Queue alt+t q
   dialog_shot scheduler-window "Zelto Scheduler" alt+o s c
+  # The options sheet (Options > Configuration...), on its System page.
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  xdotool key alt+o c || true
+  OPTIONS_WINDOW=$(xdotool search --sync --onlyvisible --name "^System Config" | head -n 1)
+  xdotool key ctrl+Tab ctrl+Tab || true
+  sleep 0.5
+  frame_shot options-sheet "$OPTIONS_WINDOW"
+  xdotool key --window "$OPTIONS_WINDOW" Escape || true
 fi

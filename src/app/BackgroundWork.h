@@ -33,6 +33,9 @@ public:
     // Arms the resend timer and switches the scheduler on unless the setting says "NO".
     void start();
 
+    // The options were changed: the resend timer takes a new ResendTime at once.
+    void optionsChanged() { resendTimer_.resendTimeChanged(); }
+
     [[nodiscard]] JobOutcomeSink& bookkeeping() { return bookkeeping_; }
     [[nodiscard]] QueueSender& queueSender() { return sender_; }
     [[nodiscard]] Scheduler& scheduler() { return scheduler_; }

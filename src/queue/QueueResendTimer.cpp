@@ -37,6 +37,13 @@ void QueueResendTimer::start()
         SettingsStore::get(settings::schedule::kResendTime)));
 }
 
+void QueueResendTimer::resendTimeChanged()
+{
+    const auto next = periodOf(SettingsStore::get(settings::schedule::kResendTime));
+    if (timer_.isActive() && next != timer_.intervalAsDuration())
+        timer_.start(next);
+}
+
 void QueueResendTimer::tick()
 {
     // An empty queue says nothing here: message ids::kQueueEmptyOrSending belongs to the send

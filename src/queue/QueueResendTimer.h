@@ -12,7 +12,7 @@ class QueueSender;
 
 // The queue resend timer (1001 of the hidden scheduler window): the queue is sent again every
 // ResendTime minutes, the first time 5 seconds after start-up when StartQueueProg is 1. A changed
-// ResendTime takes effect after the next send.
+// ResendTime takes effect after the next send, or at once through resendTimeChanged().
 class QueueResendTimer final : public QObject {
     Q_OBJECT
 
@@ -25,6 +25,9 @@ public:
 
     // Reads StartQueueProg and ResendTime and arms the timer.
     void start();
+    // Takes a changed ResendTime at once: the next send is one new period from now.
+    void resendTimeChanged();
+    [[nodiscard]] std::chrono::milliseconds period() const { return timer_.intervalAsDuration(); }
 
     // The minutes of `resendTime` (its leading number, as atoi reads it) in milliseconds.
     [[nodiscard]] static std::chrono::milliseconds periodOf(const QString& resendTime);

@@ -10,7 +10,7 @@ namespace zelto {
 
 QString QueueStore::defaultFile()
 {
-    return joinPath(DataFolders::appDataFolder(), QString::fromLatin1(queuefile::kFileName));
+    return joinPath(DataFolders::dataFiles(), QString::fromLatin1(queuefile::kFileName));
 }
 
 QueueStore::QueueStore(QString file) : file_(std::move(file))

@@ -30,6 +30,12 @@ QString DataFolders::appDataFolder()
     return folder;
 }
 
+QString DataFolders::dataFiles()
+{
+    const QString stored = SettingsStore::get(settings::config::kDataDir);
+    return stored.isEmpty() ? appDataFolder() : stored;
+}
+
 QString DataFolders::base()
 {
     const QString stored = SettingsStore::get(settings::config::kProfilePath);

@@ -12,6 +12,9 @@ public:
     DataFolders() = delete;
 
     [[nodiscard]] static QString appDataFolder();
+    // The folder of the queue file and the other data files: DataDir, or the application data
+    // folder while DataDir is empty.
+    [[nodiscard]] static QString dataFiles();
     [[nodiscard]] static QString base();
     [[nodiscard]] static QString profiles();
     [[nodiscard]] static QString files();

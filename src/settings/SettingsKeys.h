@@ -107,6 +107,7 @@ inline constexpr IntKey kRecToCtrl { kFtp, "RecToCtrl", 20 };
 inline constexpr IntKey kSendToCtrl { kFtp, "SendToCtrl", 20 };
 inline constexpr IntKey kRetry { kFtp, "Retry", 2 };
 inline constexpr TextKey kCachePage { kFtp, "Cache", kYes };
+inline constexpr TextKey kReload { kFtp, "Reload", kYes };
 // Connecting code: empty or unknown means the system's preconfigured access.
 inline constexpr TextKey kAccessType { kFtp, "AccessType", "" };
 inline constexpr TextKey kAccessTypePage { kFtp, "AccessType", "DirectAccess" };
@@ -196,6 +197,8 @@ namespace geometry {
 inline constexpr char kMainFrame[] = "Dimensions\\Main\\Mainframe";
 inline constexpr char kProfileFrame[] = "Dimensions\\Profile\\Mainframe";
 inline constexpr char kFilesFrame[] = "Dimensions\\Files\\Mainframe";
+// The options sheet's place and size, kept once the user has closed it.
+inline constexpr char kOptionsSheet[] = "Dimensions\\Options\\Sheet";
 inline constexpr char kWidth[] = "Width";
 inline constexpr char kHeight[] = "Height";
 inline constexpr char kX[] = "x";

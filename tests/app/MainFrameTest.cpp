@@ -33,6 +33,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTemporaryDir>
@@ -213,6 +214,7 @@ TEST(MainFrameTest, TrayMenuOpensTwiceOverAShownWindowAndCloseZeltoEndsTheProgra
     views.showStatistics = [&](QWidget* frame) { openedOver << frame; };
     views.runScript = [&](QWidget* frame) { openedOver << frame; };
     views.showFileLists = [&](QWidget* frame) { openedOver << frame; };
+    views.showOptions = [&](QWidget* frame) { openedOver << frame; };
     CMainFrame& frame = run.shown(views);
     QList<QMenu*> opened;
     run.tray.setMenuOpener([&](QMenu& menu) { opened << &menu; });
@@ -221,9 +223,11 @@ TEST(MainFrameTest, TrayMenuOpensTwiceOverAShownWindowAndCloseZeltoEndsTheProgra
     ASSERT_EQ(opened.size(), 2);
     EXPECT_EQ(opened[0], opened[1]);
     opened[0]->actions()[1]->trigger(); // Transfer Statistics
+    opened[0]->actions()[3]->trigger(); // System Parameters
     run.command(cmd::kFtpScripts)->trigger();
     run.command(cmd::kFileListProfiles)->trigger();
-    EXPECT_EQ(openedOver, QList<QWidget*>({ &frame, &frame, &frame }));
+    run.command(cmd::kConfiguration)->trigger();
+    EXPECT_EQ(openedOver, QList<QWidget*>(5, &frame));
 
     // Hidden in the tray, the menu opens once; the left button waits for a double click first.
     frame.toggleWindow();
@@ -335,11 +339,38 @@ TEST(MainFrameTest, SchedulerSwitchesOnlyOnOk)
         QStringLiteral("Scheduler: On, 2 entries"));
 }
 
+// With nothing stored the frame opens centred at a readable size with every bar; from then on
+// the stored place and bars hold.
+TEST(MainFrameTest, FirstStartIsCentredWithEveryBarThenTheStoredChoicesHold)
+{
+    FrameRun run;
+    CMainFrame& first = run.shown();
+    const QRect desktop = first.screen()->availableGeometry();
+    EXPECT_GT(first.width(), 400);
+    EXPECT_GT(first.height(), 400);
+    EXPECT_LE((first.geometry().center() - desktop.center()).manhattanLength(), 4);
+    for (const char* name : { "toolBar", "profileBar" })
+        EXPECT_TRUE(first.findChild<QWidget*>(QLatin1StringView(name))->isVisible()) << name;
+    EXPECT_TRUE(first.statusBar()->isVisible());
+
+    run.command(cmd::kToolBar)->trigger();
+    first.move(50, 60);
+    const QString section = QStringLiteral("Dimensions\\Main\\Mainframe");
+    EXPECT_TRUE(waitUntil(
+        [&] { return SettingsStore::getInt(section, QStringLiteral("y"), -1) == 60; }, 5s));
+    CMainFrame& second = run.shown();
+    EXPECT_EQ(second.pos(), QPoint(50, 60));
+    EXPECT_FALSE(second.findChild<QWidget*>(QStringLiteral("toolBar"))->isVisible());
+    EXPECT_TRUE(second.statusBar()->isVisible());
+}
+
 // The bars, the transfer modes and the log filters: each command writes its key's word, and the
 // frame starts from the words stored.
 TEST(MainFrameTest, CommandsWriteTheirWordsAndTheFrameStartsFromThem)
 {
     FrameRun run;
+    SettingsStore::writeInt(
+        QStringLiteral("Dimensions\\Main\\Mainframe"), QStringLiteral("Width"), 500);
     SettingsStore::set(config::kStatusBar, 1);
     SettingsStore::set(ftp::kTransferType, QStringLiteral("TEXT"));
     SettingsStore::set(log::kView, QStringLiteral("UNSUCCESS"));

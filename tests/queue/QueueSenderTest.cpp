@@ -110,6 +110,19 @@ protected:
     QueueBookkeeping bookkeeping_ { recorder_ };
 };
 
+// A ResendTime changed in the options applies at once, not after the next send.
+TEST_F(QueueResendTest, ChangedResendTimeRearmsTheTimerAtOnce)
+{
+    SettingsStore::set(settings::schedule::kResendTime, QStringLiteral("10"));
+    QueueSender sender(recorder_.services, threads_, bookkeeping_);
+    QueueResendTimer timer(sender);
+    timer.start();
+    EXPECT_EQ(timer.period(), 10min);
+    SettingsStore::set(settings::schedule::kResendTime, QStringLiteral("3"));
+    timer.resendTimeChanged();
+    EXPECT_EQ(timer.period(), 3min);
+}
+
 // Under FULL_PATH a failed file's folder is the placed one; the resend must not place it twice.
 TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
 {

@@ -24,6 +24,9 @@ TEST(DataFolders, EmptyProfilePathMeansOwnerOnlyAppDataFolder)
     EXPECT_EQ(DataFolders::files(), temp.root() + QStringLiteral("/mine/Files"));
     EXPECT_EQ(QueueStore::defaultFile(), temp.appDataDir() + QStringLiteral("/zeltoQue.ini"))
         << "the queue file stays in one place whatever the profile folder";
+    SettingsStore::set(settings::config::kDataDir, temp.root() + QStringLiteral("/data files"));
+    EXPECT_EQ(QueueStore::defaultFile(), temp.root() + QStringLiteral("/data files/zeltoQue.ini"))
+        << "but follows the data folder";
 }
 
 TEST(DataFolders, TypedProfileDirectory)

@@ -18,6 +18,7 @@
 #include "profiles/ui/CFileListView.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/SettingsStore.h"
+#include "widgets/CHelpWindow.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -27,6 +28,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -103,9 +105,20 @@ CMainFrame::CMainFrame(ProgramServices& services, BackgroundWork& background, No
     setCentralWidget(screens_->widget());
     buildBars();
     connectCommands();
+    // No place stored yet: the user's first start shows every bar, from then on the keys decide.
+    const bool firstStart = SettingsStore::getInt(QLatin1StringView(geometry::kMainFrame),
+                                QLatin1StringView(geometry::kWidth), -1)
+        == -1;
+    if (firstStart) {
+        for (const Bar& bar : kBars)
+            SettingsStore::set(bar.key, 1);
+    }
     // The log view's own choice, or the log writer's reading of the same setting.
     restoreState(views_.log ? views_.log->filter() : services.log().filter());
-    restoreGeometry();
+    if (firstStart)
+        placeAtFirstStart();
+    else
+        restoreGeometry();
     tray_.attach(menus_->trayMenu(), this);
     connect(&tray_, &FrameTray::toggleWindowRequested, this, &CMainFrame::toggleWindow);
     tray_.show();
@@ -151,6 +164,8 @@ void CMainFrame::connectCommands()
     connect(command(cmd::kExit), &QAction::triggered, this, &QWidget::close);
     connect(command(cmd::kCloseZelto), &QAction::triggered, this, &QWidget::close);
     connect(command(cmd::kAbout), &QAction::triggered, this, &CMainFrame::showAbout);
+    connect(command(cmd::kHelpTopics), &QAction::triggered, this,
+        [this] { CHelpWindow::showSection({}, this); });
 
     // Commands that open another window: enabled when the frame was lent one.
     const std::pair<int, std::function<void(QWidget*)>*> windows[]
@@ -159,7 +174,9 @@ void CMainFrame::connectCommands()
               { cmd::kLinks, &views_.showLinks }, { cmd::kFileListProfiles, &views_.showFileLists },
               { cmd::kFtpQueue, &views_.showQueue },
               { cmd::kConfigureScheduler, &views_.configureScheduler },
-              { cmd::kTrayConfigureScheduler, &views_.configureScheduler } };
+              { cmd::kTrayConfigureScheduler, &views_.configureScheduler },
+              { cmd::kConfiguration, &views_.showOptions },
+              { cmd::kSystemParameters, &views_.showOptions } };
     for (const auto& [id, open] : windows) {
         command(id)->setEnabled(bool(*open));
         if (*open)
@@ -362,6 +379,15 @@ void CMainFrame::restoreGeometry()
     // A place on a screen that is gone would leave the window where nobody sees it.
     if (QGuiApplication::screenAt(place))
         move(place);
+}
+
+void CMainFrame::placeAtFirstStart()
+{
+    // Large enough for the three panes and the log to be read, centred on the screen.
+    constexpr QSize kComfortable(1100, 760);
+    const QRect desktop = screen()->availableGeometry();
+    resize(kComfortable.boundedTo(desktop.size() * 0.85));
+    move(desktop.center() - QPoint(width() / 2, height() / 2));
 }
 
 void CMainFrame::saveGeometry() const

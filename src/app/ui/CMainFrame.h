@@ -35,7 +35,7 @@ public:
     CMainFrame(const CMainFrame&) = delete;
     CMainFrame& operator=(const CMainFrame&) = delete;
 
-    // The action of a command id (cmd::...), for wiring the commands of later work.
+    // The action of a command id (cmd::...).
     [[nodiscard]] QAction* command(int id) const;
     [[nodiscard]] Screen currentScreen() const { return screens_->current(); }
     // What the profile, file-list and link operations tell, so that the profile bar follows.
@@ -83,6 +83,7 @@ private:
     [[nodiscard]] bool acceptsListData();
     void restoreState(LogFilter logFilter);
     void restoreGeometry();
+    void placeAtFirstStart();
     void saveGeometry() const;
     void setTransferMode(int id);
     void setLogFilter(int id);

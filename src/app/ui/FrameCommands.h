@@ -1,7 +1,7 @@
 #pragma once
 
 // The command ids of the main frame's menus, tool bar and tray menu. CMainFrame::command(id) finds
-// the action of each, so that later work can wire the commands that are still disabled.
+// the action of each.
 
 namespace zelto::cmd {
 

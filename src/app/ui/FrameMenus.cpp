@@ -34,9 +34,6 @@ constexpr Look kLooks[] = {
     { cmd::kConfiguration, "preferences-system", QStyle::SP_FileDialogDetailedView },
 };
 
-// Commands of later work: in their place, disabled until their windows exist.
-constexpr int kLater[] = { cmd::kConfiguration, cmd::kSystemParameters, cmd::kHelpTopics };
-
 } // namespace
 
 FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
@@ -135,8 +132,6 @@ FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
         command(look.id)->setIcon(QIcon::fromTheme(
             QLatin1StringView(look.themeName), frame.style()->standardIcon(look.fallback)));
     }
-    for (const int id : kLater)
-        command(id)->setEnabled(false);
 }
 
 void FrameMenus::fillToolBar(QToolBar& bar)

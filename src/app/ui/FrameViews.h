@@ -42,6 +42,8 @@ struct FrameViews {
     std::function<void(QWidget* frame)> showQueue;
     // "Configure Scheduler..." (main and tray menus): the configurator, modal over the frame.
     std::function<void(QWidget* frame)> configureScheduler;
+    // "Configuration..." and the tray's "System Parameters": the options sheet over the frame.
+    std::function<void(QWidget* frame)> showOptions;
 };
 
 } // namespace zelto

@@ -12,6 +12,7 @@
 #include "distribution/ui/MultiplePut.h"
 #include "ftp/ui/CStatisticsDlg.h"
 #include "log/ui/CLogView.h"
+#include "options/ui/CSystemConfigSheet.h"
 #include "options/ui/QtSoundPlayer.h"
 #include "profiles/ui/CFileListView.h"
 #include "profiles/ui/CLinkDlg.h"
@@ -21,6 +22,7 @@
 #include "scheduler/ui/CSchedulerDlg.h"
 #include "scripts/ui/CScriptProgressDlg.h"
 #include "settings/DataFolders.h"
+#include "widgets/CHelpWindow.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -137,6 +139,26 @@ int WindowedRun::runWindows(const StartRequest& request)
     views.configureScheduler = [&notifier](QWidget* frame) {
         CSchedulerDlg window(notifier, &QDateTime::currentDateTime, frame);
         window.exec();
+    };
+    views.showOptions = [&services, &background, &notifier, &player](QWidget* frame) {
+        if (auto* open = frame->findChild<CSystemConfigSheet*>()) {
+            open->raise();
+            open->activateWindow();
+            return;
+        }
+        auto* sheet = new CSystemConfigSheet(player, notifier, frame);
+        sheet->setAttribute(Qt::WA_DeleteOnClose);
+        // Applied at once; a transfer under way keeps the options it started with.
+        QObject::connect(sheet, &CSystemConfigSheet::applied, frame,
+            [&services, &background, frame](bool logChanged) {
+                static_cast<CMainFrame*>(frame)->optionsChanged();
+                if (logChanged)
+                    services.log().reloadSettings();
+                background.optionsChanged();
+            });
+        QObject::connect(sheet, &CSystemConfigSheet::helpRequested, frame,
+            [frame](const QString& anchor) { CHelpWindow::showSection(anchor, frame); });
+        sheet->show();
     };
     CMainFrame frame(services, background, notifier, tray, std::move(views));
     // "Add Site..." with no profiles to choose from leads to the profile screen.
