@@ -1,6 +1,6 @@
 // Sending the queue: which items go in which job, where a resent file lands, a failed
-// distribution or copy that is queued, counted up and then resent into place, and a site whose
-// connection is lost after its first file.
+// distribution or copy that is queued, counted up and then resent into place, a cut download
+// resent whole, and a site whose connection is lost after its first file.
 
 #include "queue/QueueSender.h"
 
@@ -12,6 +12,7 @@
 #include "queue/QueueResendTimer.h"
 
 #include <QCoreApplication>
+#include <QTemporaryDir>
 
 #include <optional>
 
@@ -177,6 +178,44 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
         ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
         EXPECT_TRUE(*empty); // the caller says 33054
     }
+}
+
+// A download cut by the server leaves nothing under the file's name: the resend, with the
+// default Overwrite "NO", is not refused by a truncated file and brings the whole file.
+TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
+{
+    EventLoop loop;
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
+    // In active mode the server's 426 can overtake the data it cut.
+    SettingsStore::set(settings::ftp::kPassive, "YES");
+    constexpr qint64 kSize = 1'000'000;
+    const QString remote = servers_[0]->home() + QStringLiteral("/big.bin");
+    ASSERT_TRUE(makeFile(remote, kSize, 21));
+    QTemporaryDir into;
+    FileEntry file;
+    file.remoteFolder = QStringLiteral("/");
+    file.remoteName = file.localName = QStringLiteral("big.bin");
+    file.localFolder = into.path();
+    file.size = kSize;
+    TransferJob::Setup setup;
+    setup.mode = TransferMode::Get;
+    setup.files = { file };
+    setup.sites = { site(0) };
+    servers_[0]->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "RETR" } });
+    run(setup);
+    ASSERT_EQ(QueueStore().count(), 1);
+    EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden), QStringList {});
+
+    servers_[0]->setFaults({});
+    std::optional<bool> empty;
+    QueueSender sender(recorder_.services, threads_, bookkeeping_);
+    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+    ASSERT_TRUE(waitUntil([&] { return empty.has_value() && QueueStore().count() == 0; },
+        kDeadline));
+    EXPECT_TRUE(sameBytes(remote, into.filePath(QStringLiteral("big.bin"))));
+    EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden),
+        QStringList { QStringLiteral("big.bin") });
 }
 
 // Without a second login the site's other files fail at once, with the reason the connection was
