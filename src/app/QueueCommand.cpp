@@ -51,7 +51,7 @@ int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
 {
     ProgramServices services(notifier, player);
     QueueStore store;
-    QueueBookkeeping bookkeeping(services.log(), store);
+    QueueBookkeeping bookkeeping(services.log(), notifier, store);
     ItemLines lines(bookkeeping);
     QueueSender sender(services.jobs(), services.threads(), lines, store);
     bool empty = false;
@@ -71,7 +71,10 @@ int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
                   .arg(lines.sent())
                   .arg(lines.failed())
                   .arg(left));
-    return left == 0 ? kExitOk : kExitFailed;
+    // What the queue file could not take was named by the notifier.
+    const bool recorded
+        = bookkeeping.notRecorded().isEmpty() && services.log().recordsNotWritten() == 0;
+    return left == 0 && recorded ? kExitOk : kExitFailed;
 }
 
 } // namespace zelto

@@ -12,9 +12,12 @@
 #include "queue/QueueResendTimer.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <optional>
+#include <sys/resource.h>
 
 namespace zelto::test {
 namespace {
@@ -108,7 +111,7 @@ protected:
         ASSERT_TRUE(ended(job));
     }
 
-    QueueBookkeeping bookkeeping_ { recorder_ };
+    QueueBookkeeping bookkeeping_ { recorder_, recorder_ };
 };
 
 // Under FULL_PATH a failed file's folder is the placed one; the resend must not place it twice.
@@ -216,6 +219,60 @@ TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
     EXPECT_TRUE(sameBytes(remote, into.filePath(QStringLiteral("big.bin"))));
     EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden),
         QStringList { QStringLiteral("big.bin") });
+}
+
+// The disk under the data folder is full (a file-size limit on this process stands for it, as
+// no test may mount a small disk without root): the failed file that cannot be queued, and a
+// send that cannot mark its items, are told, naming what is lost, and nothing is sent unmarked.
+TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
+{
+    EventLoop loop;
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    QueueStore store;
+    // Items of some size, so that the limit lies above every other file the test writes.
+    ASSERT_TRUE(store.update([](QueueBatch& batch) {
+        for (int i = 0; i < 100; ++i) {
+            QueueItem item;
+            item.localName = QStringLiteral("waiting%1.bin").arg(i);
+            item.source = QStringLiteral("Local");
+            item.destination = QStringLiteral("unreachable.invalid");
+            batch.appendFailed(item);
+        }
+    }));
+    const qint64 size = QFileInfo(store.file()).size();
+    std::vector<FileEntry> files(1);
+    files[0].localFolder = QStringLiteral("/data");
+    files[0].localName = files[0].remoteName = QStringLiteral("lost.bin");
+    files[0].result = inet::kServerError;
+    files[0].message = QStringLiteral("refused");
+
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
+    rlimit old {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    rlimit limited = old;
+    limited.rlim_cur = rlim_t(size + 8);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limited), 0);
+    const JobSite failedSite = site(0);
+    bookkeeping_.siteFinished({ TransferMode::Put, failedSite, nullptr, files });
+    std::optional<bool> empty;
+    QueueSender sender(recorder_.services, threads_, bookkeeping_);
+    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+    const bool sendEnded = waitUntil([&] { return empty.has_value(); }, kDeadline);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+
+    ASSERT_TRUE(sendEnded);
+    EXPECT_FALSE(*empty);
+    EXPECT_EQ(QFileInfo(store.file()).size(), size); // the queue stays as it was
+    EXPECT_EQ(store.loadAll().back().status, QueueItem::kIdle);
+    const auto messages = recorder_.messages();
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_TRUE(messages[0].first.contains(store.file())) << messages[0].first.toStdString();
+    EXPECT_TRUE(messages[0].first.contains(QStringLiteral("Not queued: /data/lost.bin")))
+        << messages[0].first.toStdString();
+    EXPECT_TRUE(messages[1].first.contains(QStringLiteral("none was sent")))
+        << messages[1].first.toStdString();
+    EXPECT_EQ(bookkeeping_.notRecorded(), QStringList { messages[0].first });
 }
 
 // Without a second login the site's other files fail at once, with the reason the connection was
