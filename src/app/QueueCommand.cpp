@@ -3,6 +3,8 @@
 #include "app/ProgramServices.h"
 #include "app/StartupChecks.h"
 #include "distribution/LinkReport.h"
+#include "platform/Notifier.h"
+#include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "queue/QueueBookkeeping.h"
@@ -46,6 +48,19 @@ void printLine(const QString& line)
 }
 
 } // namespace
+
+int QueueCommand::reset(Notifier& notifier)
+{
+    QueueStore store;
+    if (!store.resetAllIdle()) {
+        notifier.showMessage(QStringLiteral("The queue could not be written: %1.")
+                                 .arg(PrivateProfile::lastWriteFailure()),
+            MessageIcon::Stop);
+        return kExitFailed;
+    }
+    printLine(QStringLiteral("Queue: %1 items waiting to be sent.").arg(store.count()));
+    return kExitOk;
+}
 
 int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
 {

@@ -159,6 +159,8 @@ QueueSender::Taken QueueSender::takeIdleItems(QueueStore store)
     Taken queue;
     const bool marked = store.update([&](QueueBatch& batch) {
         queue.count = batch.count();
+        // Items left marked by a run that died go again, as idle ones.
+        batch.releaseAbandoned();
         const std::vector<QueueItem> items = batch.items(QueueReader::Sender);
         for (const Group& group : groupsOf(items)) {
             std::vector<QueueItem> taken;

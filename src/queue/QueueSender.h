@@ -22,7 +22,8 @@ struct JobServices;
 
 // Sends the queue again: one transfer job per pair of Source and Destination that has an idle
 // item, carrying every item of that pair, each item marked as being sent in the same write of the
-// queue file. The queue is read and marked on a worker, since a long queue holds the file's lock
+// queue file. An item marked by a process that no longer runs (killed while sending) counts as
+// idle. The queue is read and marked on a worker, since a long queue holds the file's lock
 // for a while. The sender lives on the thread of the application object (the user interface's,
 // or the unattended run's) and starts the jobs from its event loop, an upload or a download
 // 200 ms before the next job, so the caller never waits. The jobs end on their own threads and

@@ -7,6 +7,8 @@
 #include "DistributionFixture.h"
 #include "distribution/WorkerThreads.h"
 #include "ftp/FtpErrors.h"
+#include "platform/PrivateProfile.h"
+#include "platform/ProcessMark.h"
 #include "platform/StringTable.h"
 #include "queue/QueueBookkeeping.h"
 #include "queue/QueueResendTimer.h"
@@ -18,6 +20,8 @@
 #include <csignal>
 #include <optional>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace zelto::test {
 namespace {
@@ -219,6 +223,74 @@ TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
     EXPECT_TRUE(sameBytes(remote, into.filePath(QStringLiteral("big.bin"))));
     EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden),
         QStringList { QStringLiteral("big.bin") });
+}
+
+// A run killed while it sent leaves its items marked as being sent. A later send takes those
+// whose marking process is gone as idle, and leaves those of a live process, and those marked by
+// an older version, which named no process.
+TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
+{
+    EventLoop loop;
+    SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
+    // A real process, killed as a run would be: its mark names a process that is gone.
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::pause();
+        ::_exit(0);
+    }
+    const QString deadMark = ProcessMark::of(child);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ASSERT_FALSE(deadMark.isEmpty());
+
+    std::vector<FileEntry> files(1);
+    files[0].localFolder = localPath(QStringLiteral("www"));
+    files[0].localName = files[0].remoteName = QStringLiteral("index.html");
+    files[0].remoteFolder = QStringLiteral("/");
+    files[0].size = 1200;
+    const JobSite target = site(0);
+    const QueueItem item
+        = QueueBookkeeping::itemOf({ TransferMode::Put, target, nullptr, files }, files.front());
+    const struct {
+        const char* destination;
+        QString mark; // empty: no mark
+    } cases[] = {
+        { "127.0.0.1", deadMark }, // sent
+        { "live.invalid", ProcessMark::current() },
+        { "older.invalid", QString() },
+    };
+    QueueStore store;
+    ASSERT_TRUE(store.update([&](QueueBatch& batch) {
+        for (const auto& c : cases) {
+            QueueItem queued = item;
+            queued.destination = QString::fromLatin1(c.destination);
+            batch.appendFailed(queued);
+            batch.markSending(batch.count());
+        }
+    }));
+    for (int position = 1; position <= 3; ++position) {
+        const QString section = QStringLiteral("QUEUE%1").arg(position);
+        const QString& mark = cases[position - 1].mark;
+        ASSERT_TRUE(mark.isEmpty()
+                ? PrivateProfile::deleteKey(store.file(), section, QStringLiteral("SendingBy"))
+                : PrivateProfile::writeString(
+                    store.file(), section, QStringLiteral("SendingBy"), mark));
+    }
+
+    std::optional<bool> empty;
+    QueueSender sender(recorder_.services, threads_, bookkeeping_);
+    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+    ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
+    const auto left = store.loadAll();
+    ASSERT_EQ(left.size(), 2u);
+    for (const QueueItem& still : left) {
+        SCOPED_TRACE(still.destination.toStdString());
+        EXPECT_EQ(still.status, QueueItem::kSending);
+        EXPECT_NE(still.destination, "127.0.0.1");
+    }
+    EXPECT_TRUE(sameBytes(files[0].localFolder + QStringLiteral("/index.html"),
+        servers_[0]->home() + QStringLiteral("/index.html")));
 }
 
 // The disk under the data folder is full (a file-size limit on this process stands for it, as
