@@ -534,6 +534,13 @@ void QueueBatch::rewrite(const std::vector<QueueItem>& rows, int deleted)
             else
                 added_.removeKey(sectionOf(items_[std::size_t(id)]), keyNames()[key]);
         }
+        // The marking process goes with its row, never with the section the row lands in.
+        const QString section = sectionOf(items_[std::size_t(id)]);
+        const QString sendingBy = latin1(queuefile::key::kSendingBy);
+        if (row.sendingBy.isEmpty())
+            added_.removeKey(section, sendingBy);
+        else
+            added_.setValue(section, sendingBy, row.sendingBy);
         noteLength(id);
         if (indexed_)
             indexIdentity(id);
