@@ -59,10 +59,10 @@ struct TransferRequest {
 // leaves no target behind. Where the target server renames, the copy goes to a partial name
 // (GetPump::partialPath of the target's) that is renamed over the target once whole, and a failed
 // copy removes it; a server that renames nothing (CTransferSession::renamesFiles) is sent that
-// copy again, and the later ones, under the target's own name. The TransferType option and the request's `honourTransferType` do not
-// apply: the type is the one set on the source or else the target session, or else the
-// extension's. The time goes to the copy-time total. After success DeleteGet "YES" deletes the
-// source, logged as ids::kLogDeletionOk or ids::kLogDeletionFailed.
+// copy again, and the later ones, under the target's own name. The TransferType option and the
+// request's `honourTransferType` do not apply: the type is the one set on the source or else the
+// target session, or else the extension's. The time goes to the copy-time total. After success
+// DeleteGet "YES" deletes the source, logged as ids::kLogDeletionOk or ids::kLogDeletionFailed.
 [[nodiscard]] FtpResult copyFile(
     CTransferSession& source, CTransferSession& target, const TransferRequest& request);
 

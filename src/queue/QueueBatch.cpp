@@ -441,8 +441,7 @@ void QueueBatch::markSending(int position)
 
 int QueueBatch::releaseAbandoned()
 {
-    const QStringList keys
-        = { keyNames()[Status], latin1(queuefile::key::kSendingBy) };
+    const QStringList keys = { keyNames()[Status], latin1(queuefile::key::kSendingBy) };
     QHash<QString, bool> running; // one look per marking process
     int released = 0;
     for (const int id : queuedIds()) {

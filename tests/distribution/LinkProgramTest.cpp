@@ -100,9 +100,8 @@ TEST_F(LinkProgramTest, FilesThatCouldNotBeQueuedAreNamed)
     }));
     const qint64 size = QFileInfo(store.file()).size();
 
-    const ProgramResult result = runProgram(
-        QStringLiteral(ZELTO_PROGRAM), { QStringLiteral("-l"), QStringLiteral("all") }, {}, {},
-        size + 8);
+    const ProgramResult result = runProgram(QStringLiteral(ZELTO_PROGRAM),
+        { QStringLiteral("-l"), QStringLiteral("all") }, {}, {}, size + 8);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.err.contains(QStringLiteral("The queue could not be written")))
         << result.err.toStdString();

@@ -107,7 +107,8 @@ TEST_F(RemoteListingFetchTest, ADrippingServerTimesOutAGetAndAListing)
         faults.trickle[QString::fromLatin1(c.command)] = 300ms;
         server_->setFaults(faults);
         std::stop_source stop;
-        auto job = std::make_unique<CTransferSession>(recorder_.services, &progress_, stop.get_token());
+        auto job
+            = std::make_unique<CTransferSession>(recorder_.services, &progress_, stop.get_token());
         ASSERT_TRUE(job->connectJob(siteOf(*server_)).ok());
         // Without the rule the transfer would run for an hour: stopped well before, it fails
         // as cancelled, not as timed out.

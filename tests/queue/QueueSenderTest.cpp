@@ -218,8 +218,8 @@ TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
     std::optional<bool> empty;
     QueueSender sender(recorder_.services, threads_, bookkeeping_);
     sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-    ASSERT_TRUE(waitUntil([&] { return empty.has_value() && QueueStore().count() == 0; },
-        kDeadline));
+    ASSERT_TRUE(
+        waitUntil([&] { return empty.has_value() && QueueStore().count() == 0; }, kDeadline));
     EXPECT_TRUE(sameBytes(remote, into.filePath(QStringLiteral("big.bin"))));
     EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden),
         QStringList { QStringLiteral("big.bin") });

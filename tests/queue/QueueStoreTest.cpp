@@ -153,8 +153,8 @@ TEST_F(QueueStoreTest, TheMarkingProcessStaysWithItsItem)
         { "a mark names this process",
             [](QueueStore& s) { s.update([](QueueBatch& b) { b.markSending(1); }); },
             { self, "7 7" } },
-        { "a count-up makes the item idle",
-            [](QueueStore& s) { s.appendFailed(named("b")); }, { "5 5", "" } },
+        { "a count-up makes the item idle", [](QueueStore& s) { s.appendFailed(named("b")); },
+            { "5 5", "" } },
         { "a reset makes every item idle", [](QueueStore& s) { s.resetAllIdle(); }, { "", "" } },
         { "a rewrite moves each mark with its row",
             [](QueueStore& s) {
