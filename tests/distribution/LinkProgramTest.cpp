@@ -89,15 +89,7 @@ TEST_F(LinkProgramTest, FilesThatCouldNotBeQueuedAreNamed)
     servers_[2]->setFaults({ .refuse = { "STOR" } });
     QueueStore store;
     // A queue of some size, so that the limit lies above the program's other small files.
-    ASSERT_TRUE(store.update([](QueueBatch& batch) {
-        for (int i = 0; i < 100; ++i) {
-            QueueItem item;
-            item.localName = QStringLiteral("waiting%1.bin").arg(i);
-            item.source = QStringLiteral("Local");
-            item.destination = QStringLiteral("elsewhere.invalid");
-            batch.appendFailed(item);
-        }
-    }));
+    writeWaitingQueue(store.file(), 100);
     const qint64 size = QFileInfo(store.file()).size();
 
     const ProgramResult result = runProgram(QStringLiteral(ZELTO_PROGRAM),

@@ -4,6 +4,7 @@
 
 #include "queue/QueueSender.h"
 
+#include "DataFiles.h"
 #include "DistributionFixture.h"
 #include "distribution/WorkerThreads.h"
 #include "ftp/FtpErrors.h"
@@ -302,15 +303,7 @@ TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
     SettingsStore::set(settings::schedule::kResendFail, 1);
     QueueStore store;
     // Items of some size, so that the limit lies above every other file the test writes.
-    ASSERT_TRUE(store.update([](QueueBatch& batch) {
-        for (int i = 0; i < 100; ++i) {
-            QueueItem item;
-            item.localName = QStringLiteral("waiting%1.bin").arg(i);
-            item.source = QStringLiteral("Local");
-            item.destination = QStringLiteral("unreachable.invalid");
-            batch.appendFailed(item);
-        }
-    }));
+    writeWaitingQueue(store.file(), 100);
     const qint64 size = QFileInfo(store.file()).size();
     std::vector<FileEntry> files(1);
     files[0].localFolder = QStringLiteral("/data");
