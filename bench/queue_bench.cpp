@@ -68,7 +68,7 @@ void appendAndRemove(int jobs, int files)
     test::TempSettings settings;
     SettingsStore::set(settings::schedule::kResendFail, 1);
     test::Recorder log;
-    QueueBookkeeping bookkeeping(log);
+    QueueBookkeeping bookkeeping(log, log);
     const double appended = endJobs(bookkeeping, jobs, files, 12003);
     const double counted = endJobs(bookkeeping, jobs, files, 12003);
     const double removed = endJobs(bookkeeping, jobs, files, FileEntry::kSent);
@@ -99,7 +99,7 @@ void sendLargeQueue(int items, int hosts)
         }
     });
     test::Recorder recorder;
-    QueueBookkeeping bookkeeping(recorder);
+    QueueBookkeeping bookkeeping(recorder, recorder);
     WorkerThreads threads;
     QueueSender sender(recorder.services, threads, bookkeeping);
     bool ended = false;
@@ -195,7 +195,7 @@ void largeQueue()
     std::printf("queue of %d items, %.1f MB, peak %.0f MB before\n", kItems, megabytesOf(file),
         peakMegabytes());
     test::Recorder recorder;
-    QueueBookkeeping bookkeeping(recorder);
+    QueueBookkeeping bookkeeping(recorder, recorder);
     const double appended = endOneFile(bookkeeping, QStringLiteral("new.html"), 12003);
     std::printf("  one failed file appended: %.2f s, peak %.0f MB, file %.1f MB\n", appended,
         peakMegabytes(), megabytesOf(file));
@@ -230,7 +230,7 @@ void hugeCount(int count)
     std::printf(
         "count %d, a file of %.0f bytes, peak %.0f MB before\n", count, before, peakMegabytes());
     test::Recorder recorder;
-    QueueBookkeeping bookkeeping(recorder);
+    QueueBookkeeping bookkeeping(recorder, recorder);
     const double sent = sendAll(bookkeeping, recorder);
     std::printf("  send (-q): all jobs ended %.2f s, peak %.0f MB, file %lld bytes, count %d\n",
         sent, peakMegabytes(), QFileInfo(file).size(), QueueStore().count());

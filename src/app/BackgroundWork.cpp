@@ -12,7 +12,7 @@ namespace zelto {
 
 BackgroundWork::BackgroundWork(ProgramServices& services, Scheduler::Clock clock)
     : services_(services)
-    , bookkeeping_(services.log())
+    , bookkeeping_(services.log(), services.jobs().notifier)
     , sender_(services.jobs(), services.threads(), bookkeeping_)
     , resendTimer_(sender_)
     // A script named without a folder is one of the data folder's.

@@ -18,11 +18,17 @@ StartRequest CommandLineParser::parse(const QStringList& parameters)
         const std::optional<QString> flag = flagName(parameter);
         parser.parseParameter(flag.value_or(parameter), flag.has_value());
     }
-    return parser.request();
+    StartRequest request = parser.request();
+    request.resetQueue = request.resetQueue && request.queueRun;
+    return request;
 }
 
 void CommandLineParser::parseParameter(const QString& parameter, bool isFlag)
 {
+    if (isFlag && parameter == QLatin1StringView("-reset")) {
+        request_.resetQueue = true;
+        return;
+    }
     if (request_.unattended)
         return;
     if (isFlag && parameter.compare(QLatin1StringView("q"), Qt::CaseInsensitive) == 0) {

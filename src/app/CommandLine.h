@@ -13,11 +13,14 @@ struct StartRequest {
     QString scriptFile;
     QString linkName;
     bool queueRun = false;
+    // With queueRun: make every item idle instead of sending the queue.
+    bool resetQueue = false;
     bool unattended = false;
 };
 
 // Reads parameters one by one. Only the first accepted form counts: "b" (any case) followed by a
-// script path, "l" followed by a link name, or "q" (any case) alone; everything else is dropped
+// script path, "l" followed by a link name, or "q" (any case) alone, which "--reset" before or
+// after it turns into a reset of the queue; everything else is dropped
 // without a word.
 class CommandLineParser final {
 public:

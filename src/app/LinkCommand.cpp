@@ -14,7 +14,7 @@ namespace zelto {
 int LinkCommand::run(const QString& name, Notifier& notifier, SoundPlayer& player)
 {
     ProgramServices services(notifier, player);
-    QueueBookkeeping bookkeeping(services.log());
+    QueueBookkeeping bookkeeping(services.log(), notifier);
     LinkDistribution distribution(services.jobs(), services.threads(), bookkeeping, stdout);
     // A link without sites ends well: it was told so, and nothing failed.
     distribution.start(name, [](LinkDistribution::End end) {
@@ -23,7 +23,10 @@ int LinkCommand::run(const QString& name, Notifier& notifier, SoundPlayer& playe
     const int status = QCoreApplication::exec();
     // Every site has ended by now; this only joins the threads.
     services.threads().stopAll();
-    return status;
+    // The notifier has named the files; a cron run must not end well without them.
+    const bool recorded
+        = bookkeeping.notRecorded().isEmpty() && services.log().recordsNotWritten() == 0;
+    return recorded ? status : kExitFailed;
 }
 
 } // namespace zelto

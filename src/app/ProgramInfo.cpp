@@ -17,6 +17,7 @@ QString ProgramInfo::usage()
         "  -b FILE.cmd   run an FTP command script, then end\n"
         "  -l NAME       send the link NAME to its sites in parallel, then end\n"
         "  -q            send the transfer queue once, wait for its jobs, then end\n"
+        "  -q --reset    mark every item of the transfer queue as waiting to be sent\n"
         "                (a flag may also be written with a slash: /b, /l, /q)\n"
         "  --headless    run without any window, messages on standard error\n"
         "                (the default when no display is available)\n"

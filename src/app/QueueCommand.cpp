@@ -3,6 +3,8 @@
 #include "app/ProgramServices.h"
 #include "app/StartupChecks.h"
 #include "distribution/LinkReport.h"
+#include "platform/Notifier.h"
+#include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "queue/QueueBookkeeping.h"
@@ -47,11 +49,24 @@ void printLine(const QString& line)
 
 } // namespace
 
+int QueueCommand::reset(Notifier& notifier)
+{
+    QueueStore store;
+    if (!store.resetAllIdle()) {
+        notifier.showMessage(QStringLiteral("The queue could not be written: %1.")
+                                 .arg(PrivateProfile::lastWriteFailure()),
+            MessageIcon::Stop);
+        return kExitFailed;
+    }
+    printLine(QStringLiteral("Queue: %1 items waiting to be sent.").arg(store.count()));
+    return kExitOk;
+}
+
 int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
 {
     ProgramServices services(notifier, player);
     QueueStore store;
-    QueueBookkeeping bookkeeping(services.log(), store);
+    QueueBookkeeping bookkeeping(services.log(), notifier, store);
     ItemLines lines(bookkeeping);
     QueueSender sender(services.jobs(), services.threads(), lines, store);
     bool empty = false;
@@ -71,7 +86,10 @@ int QueueCommand::run(Notifier& notifier, SoundPlayer& player)
                   .arg(lines.sent())
                   .arg(lines.failed())
                   .arg(left));
-    return left == 0 ? kExitOk : kExitFailed;
+    // What the queue file could not take was named by the notifier.
+    const bool recorded
+        = bookkeeping.notRecorded().isEmpty() && services.log().recordsNotWritten() == 0;
+    return left == 0 && recorded ? kExitOk : kExitFailed;
 }
 
 } // namespace zelto

@@ -16,6 +16,9 @@ public:
     // queue is empty at the end, 1 when items are left (failed again, or still marked as being
     // sent by an earlier run that did not end).
     [[nodiscard]] static int run(Notifier& notifier, SoundPlayer& player);
+    // -q --reset: every item is made idle, as the queue window's reset does, for items left
+    // marked as being sent. Returns 0, or 1 when the queue file could not be written.
+    [[nodiscard]] static int reset(Notifier& notifier);
 };
 
 } // namespace zelto

@@ -42,7 +42,7 @@ int ScriptCommand::run(const QString& path, Notifier& notifier, SoundPlayer& pla
     const int status = QCoreApplication::exec();
     // The script has ended by now; this only joins its thread.
     services.threads().stopAll();
-    return status;
+    return services.log().recordsNotWritten() == 0 ? status : kExitFailed;
 }
 
 } // namespace zelto

@@ -46,6 +46,8 @@ int StartupChecks::runUnattended(
         notifier.showMessage(StringTable::text(refused), MessageIcon::Stop);
         return kExitRefused;
     }
+    if (request.resetQueue)
+        return QueueCommand::reset(notifier);
     if (request.queueRun)
         return QueueCommand::run(notifier, player);
     if (!request.linkName.isEmpty())

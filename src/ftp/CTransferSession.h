@@ -73,6 +73,11 @@ public:
     void setTransferType(std::optional<TransferType> type) { transferType_ = type; }
     [[nodiscard]] std::optional<TransferType> transferType() const { return transferType_; }
 
+    // Whether this server renamed the partial file of a copy into place: unknown until the first
+    // copy to it. One that renames nothing is sent the later copies under their own names.
+    void setRenamesFiles(bool renames) { renamesFiles_ = renames; }
+    [[nodiscard]] std::optional<bool> renamesFiles() const { return renamesFiles_; }
+
     // The user's cancel of the put under way (checked between rounds); any thread.
     void requestCancel() { cancelRequested_.store(true, std::memory_order_relaxed); }
     // Asked by the worker between rounds, so it is also where a paused worker waits.
@@ -98,6 +103,7 @@ private:
     int readBufferSize_ = 4096;
     int writeBufferSize_ = 4096;
     std::optional<TransferType> transferType_;
+    std::optional<bool> renamesFiles_;
     std::atomic<bool> cancelRequested_ { false };
     PauseGate* pauseGate_ = nullptr;
 };

@@ -20,7 +20,8 @@ struct ConnectionOptions {
     std::chrono::milliseconds connectTimeout { 20000 };
     // The wait for a reply on the control connection.
     std::chrono::milliseconds replyTimeout { 20000 };
-    // How long a data connection may move nothing before the transfer fails.
+    // The data time-outs: how long a data connection may move nothing, or too little to count
+    // (see "Stalled transfers" in CODING.md), before the transfer fails.
     std::chrono::milliseconds receiveStall { 20000 };
     std::chrono::milliseconds sendStall { 20000 };
     // Further attempts to connect after the first fails for a network reason; 0 = one attempt.

@@ -65,6 +65,12 @@ void initialiseCurl()
 }
 
 // libcurl takes these options in whole seconds; a part of a second counts as a whole one.
+// The least a data connection must move, in bytes per second on average over the data time-out,
+// or the transfer fails as timed out (libcurl's low-speed limit). A server that drips a byte now
+// and then would otherwise hold a transfer or a listing for ever; any link still in use (a
+// 2 kbit/s one) passes.
+constexpr long kMinimumRate = 256;
+
 long wholeSeconds(std::chrono::milliseconds time)
 {
     return long((time.count() + 999) / 1000);
@@ -381,7 +387,7 @@ FtpResult FtpConnection::perform(const Request& request)
     curl_easy_setopt(h, CURLOPT_IGNORE_CONTENT_LENGTH, long(text));
     if (text)
         serverInText_ = true;
-    curl_easy_setopt(h, CURLOPT_LOW_SPEED_LIMIT, request.stall.count() > 0 ? 1L : 0L);
+    curl_easy_setopt(h, CURLOPT_LOW_SPEED_LIMIT, request.stall.count() > 0 ? kMinimumRate : 0L);
     curl_easy_setopt(h, CURLOPT_LOW_SPEED_TIME, wholeSeconds(request.stall));
 
     replyLines_.clear();

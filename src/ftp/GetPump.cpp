@@ -4,8 +4,11 @@
 #include "ftp/RoundProgress.h"
 #include "ftp/TransferCounters.h"
 
+#include <QDir>
+
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 
 namespace zelto {
 namespace {
@@ -14,6 +17,11 @@ constexpr qint64 kStagingSize = 256 * 1024;
 
 } // namespace
 
+QString GetPump::partialPath(const QString& localPath)
+{
+    return localPath + QStringLiteral(".zelto-part");
+}
+
 GetPump::GetPump(
     CTransferSession& session, const QString& localPath, TransferType type, RoundProgress& progress)
     : session_(session)
@@ -21,7 +29,8 @@ GetPump::GetPump(
     , readBuffer_(session.readBufferSize())
     , writeBuffer_(session.writeBufferSize())
     , text_(type == TransferType::Text)
-    , file_(localPath)
+    , localPath_(localPath)
+    , file_(partialPath(localPath))
 {
 }
 
@@ -68,17 +77,34 @@ bool GetPump::writeRound(const char* data, qint64 size)
 
 FtpResult GetPump::finish(bool downloaded)
 {
-    if (text_ && file_.isOpen()) {
+    const bool opened = file_.isOpen() || (downloaded && open());
+    bool written = opened;
+    if (written && text_) {
         converted_.resize(0);
         converter_.finish(converted_); // a CR that ended the file
-        if (!writeRound(converted_.constData(), converted_.size()))
-            return *failure_;
+        written = writeRound(converted_.constData(), converted_.size());
     }
-    const bool written = file_.isOpen() ? flush() : !downloaded || open();
+    written = written && flush();
     file_.close();
+    if (downloaded && written && replaceLocalFile())
+        return FtpResult::success();
+    if (opened)
+        file_.remove();
     if (failure_)
         return *failure_;
-    return written ? FtpResult::success() : FtpResult::failure(int(LocalFileError::Generic));
+    return downloaded ? FtpResult::failure(int(LocalFileError::Generic)) : FtpResult::success();
+}
+
+bool GetPump::replaceLocalFile()
+{
+    // rename() replaces an existing file in one step; QFile::rename would refuse it.
+    if (std::rename(QFile::encodeName(file_.fileName()).constData(),
+            QFile::encodeName(localPath_).constData())
+        == 0)
+        return true;
+    const int error = errno;
+    return fail(FtpResult::localFailure(FtpResult::localErrorFor(error),
+        QDir::toNativeSeparators(localPath_), qt_error_string(error)));
 }
 
 bool GetPump::open()

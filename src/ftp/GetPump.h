@@ -23,17 +23,24 @@ class RoundProgress;
 //
 // In text mode the CRLF line ends of the wire become LF before they are written.
 //
-// The local file is created (or truncated) when the first bytes arrive, or at the end for an
-// empty remote file: a remote file that cannot be read leaves an existing local file untouched.
+// The bytes go to a partial file beside the local one (partialPath()), created when the first
+// bytes arrive, and it takes the local file's name only once the download ended whole: a remote
+// file that cannot be read, or a download cut short, leaves an existing local file untouched and
+// never leaves a truncated file under the local name. A partial file left by a killed process has
+// the same name, so the next attempt of that file replaces it.
 class GetPump final {
 public:
+    // The name of the partial file that a get to `localPath` writes.
+    [[nodiscard]] static QString partialPath(const QString& localPath);
+
     GetPump(CTransferSession& session, const QString& localPath, TransferType type,
         RoundProgress& progress);
 
     // libcurl's write callback: false aborts the download (failure() then says why).
     [[nodiscard]] bool write(const char* data, qint64 size);
-    // After the download: writes what is staged and closes the file, creating an empty one when
-    // the download succeeded without bytes. A failed download leaves its partial file.
+    // After the download: writes what is staged and puts the file under its local name, creating
+    // an empty one when the download succeeded without bytes. A failed download removes its
+    // partial file.
     [[nodiscard]] FtpResult finish(bool downloaded);
     [[nodiscard]] const std::optional<FtpResult>& failure() const { return failure_; }
 
@@ -42,6 +49,7 @@ private:
     [[nodiscard]] bool writeRound(const char* data, qint64 size);
     [[nodiscard]] bool writePiece(const char* data, qint64 size);
     [[nodiscard]] bool flush();
+    [[nodiscard]] bool replaceLocalFile();
     [[nodiscard]] bool fail(FtpResult result);
 
     CTransferSession& session_;
@@ -51,7 +59,8 @@ private:
     bool text_;
     LineEndConverter converter_;
     QByteArray converted_;
-    QFile file_;
+    QString localPath_;
+    QFile file_; // the partial file
     QByteArray staging_;
     std::optional<FtpResult> failure_;
 };

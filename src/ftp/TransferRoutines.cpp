@@ -141,11 +141,18 @@ FtpResult getFile(CTransferSession& session, const TransferRequest& request)
     return result;
 }
 
-FtpResult copyFile(
-    CTransferSession& source, CTransferSession& target, const TransferRequest& request)
+namespace {
+
+// One copy of the source to `targetName`: the result, and whether the target was opened (so a
+// failure may have left a file there).
+struct CopyOutcome {
+    FtpResult result;
+    bool targetOpened = false;
+};
+
+CopyOutcome copyOnce(CTransferSession& source, CTransferSession& target,
+    const TransferRequest& request, const QString& targetName)
 {
-    if (!source.isConnected() || !target.isConnected())
-        return notConnected();
     source.loadBufferSizes();
     const qint64 readBuffer = source.readBufferSize();
     const qint64 writeBuffer = source.writeBufferSize();
@@ -159,7 +166,7 @@ FtpResult copyFile(
     std::jthread uploader;
     const auto startUpload = [&] {
         uploader = std::jthread([&] {
-            uploaded = target.connection()->upload(request.to, type, -1,
+            uploaded = target.connection()->upload(targetName, type, -1,
                 [&](char* buffer, qint64 room) { return pipe.pop(buffer, room); });
             if (!uploaded.ok())
                 pipe.abandon();
@@ -202,7 +209,8 @@ FtpResult copyFile(
     } else {
         pipe.fail();
     }
-    if (uploader.joinable())
+    const bool opened = uploader.joinable();
+    if (opened)
         uploader.join();
     progress.finish();
     source.reporter().setTray(TrayState::Idle);
@@ -216,10 +224,50 @@ FtpResult copyFile(
     }
     if (!result.ok() && pipe.timedOut())
         result = FtpResult::failure(inet::kTimeout, QStringLiteral("the copy stalled"));
+    return { result, opened };
+}
+
+// The whole copy takes the target's name. A server that renames only onto a free name has the
+// target removed first (the overwrite rule let it go before the copy began); one that renames
+// nothing is sent the copy again under the target's name.
+FtpResult nameWhole(CTransferSession& source, CTransferSession& target,
+    const TransferRequest& request, const QString& partial)
+{
+    FtpConnection& connection = *target.connection();
+    auto renamed = connection.rename(partial, request.to);
+    if (!renamed.ok() && connection.removeFile(request.to).ok())
+        renamed = connection.rename(partial, request.to);
+    if (renamed.ok() || target.renamesFiles() == true) {
+        target.setRenamesFiles(renamed.ok());
+        if (!renamed.ok())
+            (void)connection.removeFile(partial);
+        return renamed;
+    }
+    (void)connection.removeFile(partial);
+    target.setRenamesFiles(false);
+    return copyOnce(source, target, request, request.to).result;
+}
+
+} // namespace
+
+FtpResult copyFile(
+    CTransferSession& source, CTransferSession& target, const TransferRequest& request)
+{
+    if (!source.isConnected() || !target.isConnected())
+        return notConnected();
+    // Under a partial name first, as a get does, where the server renames.
+    const bool direct = target.renamesFiles() == false;
+    const QString partial = direct ? request.to : GetPump::partialPath(request.to);
+    const auto copied = copyOnce(source, target, request, partial);
+    FtpResult result = copied.result;
+    if (result.ok() && !direct)
+        result = nameWhole(source, target, request, partial);
+    else if (!result.ok() && copied.targetOpened && !direct)
+        (void)target.connection()->removeFile(partial);
     if (!result.ok())
         return result;
 
-    counters.addFileTransferred();
+    TransferCounters::instance().addFileTransferred();
     removeSourceAfterTransfer(source, request.from);
     return result;
 }

@@ -46,18 +46,23 @@ struct TransferRequest {
 // (ids::kLogDeletionFailed).
 [[nodiscard]] FtpResult putFile(CTransferSession& session, const TransferRequest& request);
 
-// Remote file to local file, created or truncated when the first bytes arrive. A stop request
-// ends it with ids::kGetCanceled and leaves the partial file. After success DeleteGet "YES" deletes
-// the remote file, logged as ids::kLogDeletionOk or ids::kLogDeletionFailed.
+// Remote file to local file. The bytes go to a partial file beside it (GetPump::partialPath) that
+// replaces the local file only once the whole file arrived; a get that fails or is stopped (with
+// ids::kGetCanceled) removes its partial file and leaves the local file as it was. After success
+// DeleteGet "YES" deletes the remote file, logged as ids::kLogDeletionOk or
+// ids::kLogDeletionFailed.
 [[nodiscard]] FtpResult getFile(CTransferSession& session, const TransferRequest& request);
 
 // Remote file on `source` to a remote file on `target`, streamed through a bounded buffer from a
 // download on this thread to an upload on another; no local file. The target is opened when the
 // first bytes arrived (or once an empty source was read whole), so a source that cannot be read
-// leaves no target behind. The TransferType option and the request's `honourTransferType` do not
-// apply: the type is the one set on the source or else the target session, or else the
-// extension's. The time goes to the copy-time total. After success DeleteGet "YES" deletes the
-// source, logged as ids::kLogDeletionOk or ids::kLogDeletionFailed.
+// leaves no target behind. Where the target server renames, the copy goes to a partial name
+// (GetPump::partialPath of the target's) that is renamed over the target once whole, and a failed
+// copy removes it; a server that renames nothing (CTransferSession::renamesFiles) is sent that
+// copy again, and the later ones, under the target's own name. The TransferType option and the
+// request's `honourTransferType` do not apply: the type is the one set on the source or else the
+// target session, or else the extension's. The time goes to the copy-time total. After success
+// DeleteGet "YES" deletes the source, logged as ids::kLogDeletionOk or ids::kLogDeletionFailed.
 [[nodiscard]] FtpResult copyFile(
     CTransferSession& source, CTransferSession& target, const TransferRequest& request);
 

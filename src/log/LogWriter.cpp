@@ -97,7 +97,7 @@ void LogWriter::replay(const QList<LogRecord>& records)
 
 void LogWriter::write(const LogEvent& event)
 {
-    bool switchedOff = false;
+    FileTrouble trouble = FileTrouble::None;
     {
         const BoundedLock lock(mutex_, kLockWait);
         LogRecord record;
@@ -118,14 +118,20 @@ void LogWriter::write(const LogEvent& event)
         if (showOnScreen_)
             deliver(record);
         if (writeToFile_ && event.toFile)
-            switchedOff = appendToFile(record);
+            trouble = appendToFile(record);
     }
     // Told outside the lock: the message may wait for the user, the other writers must not.
-    if (switchedOff)
+    if (trouble == FileTrouble::SwitchedOff)
         notifier_.showMessage(StringTable::text(ids::kBadLogFileFormat), MessageIcon::Stop);
+    else if (trouble == FileTrouble::FirstNotWritten)
+        notifier_.showMessage(
+            QStringLiteral("The log file %1 could not be written: its records of this run are "
+                           "missing from it.")
+                .arg(filePath()),
+            MessageIcon::Stop);
 }
 
-bool LogWriter::appendToFile(const LogRecord& record)
+LogWriter::FileTrouble LogWriter::appendToFile(const LogRecord& record)
 {
     const bool startFresh = firstWriteOfRun_
         && SettingsStore::get(settings::log::kAppendLog) == QLatin1StringView(settings::kNo);
@@ -133,16 +139,16 @@ bool LogWriter::appendToFile(const LogRecord& record)
     case LogFile::Result::BadHeader:
         // Two writers past the lock may both find it: only the first switches off and tells.
         if (!writeToFile_.exchange(false))
-            return false;
+            return FileTrouble::None;
         SettingsStore::set(settings::log::kToFile, QString::fromLatin1(settings::kNo));
-        return true;
+        return FileTrouble::SwitchedOff;
     case LogFile::Result::Written:
         firstWriteOfRun_ = false;
-        return false;
+        return FileTrouble::None;
     case LogFile::Result::Failed:
-        return false;
+        return notWritten_++ == 0 ? FileTrouble::FirstNotWritten : FileTrouble::None;
     }
-    return false;
+    return FileTrouble::None;
 }
 
 void LogWriter::deliver(const LogRecord& record)

@@ -48,14 +48,18 @@ public:
     void removeListener(LogListener* listener);
 
     [[nodiscard]] QString filePath() const;
+    // Records this run could not append to the log file (a full disk, a folder it may not write).
+    // The first is told to the notifier.
+    [[nodiscard]] int recordsNotWritten() const { return notWritten_; }
     [[nodiscard]] LogFilter filter() const { return filter_; }
 
 private:
     void deliver(const LogRecord& record);
     // Shows the earlier records of an appending log, once there is a listener to show them to.
     void showEarlier();
-    // Returns true when the file proved to be no log file and file logging was just switched off.
-    [[nodiscard]] bool appendToFile(const LogRecord& record);
+    // What the writer has to tell once the lock is let go.
+    enum class FileTrouble { None, SwitchedOff, FirstNotWritten };
+    [[nodiscard]] FileTrouble appendToFile(const LogRecord& record);
 
     Notifier& notifier_;
     // Past the bounded wait a write goes on without the lock, so the state it reads is atomic.
@@ -68,6 +72,7 @@ private:
     std::atomic<int> dateFormat_ { 0 };
     std::atomic<bool> firstWriteOfRun_ { true };
     std::atomic<bool> earlierPending_ { false };
+    std::atomic<int> notWritten_ { 0 };
     mutable std::mutex pathMutex_;
     QString path_;
 

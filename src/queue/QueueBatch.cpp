@@ -1,6 +1,9 @@
 #include "QueueBatch.h"
 
 #include "platform/PrivateProfile.h"
+#include "platform/ProcessMark.h"
+
+#include <QHash>
 
 #include <algorithm>
 #include <array>
@@ -206,6 +209,8 @@ QueueItem QueueBatch::read(const Item& item, int position, QueueReader reader) c
             sender ? queuefile::kMethodBuffer : PrivateProfile::kValueBuffer);
     result.fileSize = text(FileSize);
     result.port = text(Port);
+    result.sendingBy
+        = valuesOf(item, { latin1(queuefile::key::kSendingBy) }).front().value_or(QString());
     if (sender ? result.direction() == TransferMode::Copy : isCopy(result)) {
         result.remPassword = credential(RemPassword);
         result.remLogin = credential(RemLogin);
@@ -385,7 +390,7 @@ void QueueBatch::appendFailed(const QueueItem& item)
 {
     if (const auto id = findId(item)) {
         setKey(*id, NumTimes, QString::number(qint64(attemptsOf(items_[std::size_t(*id)])) + 1));
-        setKey(*id, Status, QString::number(QueueItem::kIdle));
+        makeIdle(*id);
         return;
     }
     // The new section starts from whatever an item that left put there.
@@ -426,13 +431,47 @@ void QueueBatch::markSending(int position)
 {
     if (position < 1 || position > count_)
         return;
-    setKey(queuedIds()[std::size_t(position - 1)], Status, QString::number(QueueItem::kSending));
+    const int id = queuedIds()[std::size_t(position - 1)];
+    setKey(id, Status, QString::number(QueueItem::kSending));
+    const Item& item = items_[std::size_t(id)];
+    documentOf(item).setValue(
+        sectionOf(item), latin1(queuefile::key::kSendingBy), ProcessMark::current());
+    noteLength(id);
+}
+
+int QueueBatch::releaseAbandoned()
+{
+    const QStringList keys = { keyNames()[Status], latin1(queuefile::key::kSendingBy) };
+    QHash<QString, bool> running; // one look per marking process
+    int released = 0;
+    for (const int id : queuedIds()) {
+        const auto values = valuesOf(items_[std::size_t(id)], keys);
+        if (PrivateProfile::toInt(values[0], QueueItem::kIdle) != QueueItem::kSending || !values[1])
+            continue;
+        const QString& mark = *values[1];
+        auto known = running.constFind(mark);
+        if (known == running.constEnd())
+            known = running.insert(mark, ProcessMark::running(mark));
+        if (*known)
+            continue;
+        makeIdle(id);
+        ++released;
+    }
+    return released;
+}
+
+void QueueBatch::makeIdle(int id)
+{
+    setKey(id, Status, QString::number(QueueItem::kIdle));
+    const Item& item = items_[std::size_t(id)];
+    if (documentOf(item).removeKey(sectionOf(item), latin1(queuefile::key::kSendingBy)))
+        noteLength(id);
 }
 
 void QueueBatch::resetAllIdle()
 {
     for (const int id : queuedIds())
-        setKey(id, Status, QString::number(QueueItem::kIdle));
+        makeIdle(id);
 }
 
 void QueueBatch::purgeByAttempts(int limit)
@@ -494,6 +533,13 @@ void QueueBatch::rewrite(const std::vector<QueueItem>& rows, int deleted)
             else
                 added_.removeKey(sectionOf(items_[std::size_t(id)]), keyNames()[key]);
         }
+        // The marking process goes with its row, never with the section the row lands in.
+        const QString section = sectionOf(items_[std::size_t(id)]);
+        const QString sendingBy = latin1(queuefile::key::kSendingBy);
+        if (row.sendingBy.isEmpty())
+            added_.removeKey(section, sendingBy);
+        else
+            added_.setValue(section, sendingBy, row.sendingBy);
         noteLength(id);
         if (indexed_)
             indexIdentity(id);

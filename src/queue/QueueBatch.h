@@ -56,8 +56,12 @@ public:
     void appendFailed(const QueueItem& item);
     // A transfer that succeeded leaves the queue; false when it was not queued.
     bool removeSent(const QueueItem& item);
+    // Marked with this process (ProcessMark), so that the mark outlives it only as a stale one.
     // Positions outside 1..count() are ignored.
     void markSending(int position);
+    // The items marked as being sent by a process that no longer runs become idle; those marked
+    // without a process (by an older version) stay as they are. Returns how many.
+    int releaseAbandoned();
     void resetAllIdle();
     // Drops the items that failed more than `limit` times; the others keep their order.
     void purgeByAttempts(int limit);
@@ -102,6 +106,8 @@ private:
     // A new item at the end of the queue, starting from `lines`.
     int addItem(const QStringList& lines);
     void setKey(int id, int key, const QString& value);
+    // Idle again: the status and, when there is one, the marking process.
+    void makeIdle(int id);
     // Keeps tooLong_ up to date after the item's lines changed.
     void noteLength(int id);
     void findTooLong();

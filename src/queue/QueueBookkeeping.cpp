@@ -2,6 +2,8 @@
 
 #include "distribution/RemotePlacement.h"
 #include "log/LogSink.h"
+#include "platform/Notifier.h"
+#include "platform/PrivateProfile.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "settings/SettingsStore.h"
@@ -36,9 +38,31 @@ QString reasonOf(TransferMode mode, const FileEntry& file)
 
 } // namespace
 
-QueueBookkeeping::QueueBookkeeping(LogSink& log, QueueStore store)
-    : log_(log), store_(std::move(store))
+QueueBookkeeping::QueueBookkeeping(LogSink& log, Notifier& notifier, QueueStore store)
+    : log_(log), notifier_(notifier), store_(std::move(store))
 {
+}
+
+QStringList QueueBookkeeping::notRecorded() const
+{
+    const std::lock_guard lock(mutex_);
+    return notRecorded_;
+}
+
+void QueueBookkeeping::tellNotRecorded(const QStringList& queued, const QStringList& removed)
+{
+    QString text = QStringLiteral("The queue could not be written: %1.")
+                       .arg(PrivateProfile::lastWriteFailure());
+    if (!queued.isEmpty())
+        text += QStringLiteral(" Not queued: %1.").arg(queued.join(QStringLiteral(", ")));
+    if (!removed.isEmpty())
+        text += QStringLiteral(" Sent but still in the queue: %1.")
+                    .arg(removed.join(QStringLiteral(", ")));
+    {
+        const std::lock_guard lock(mutex_);
+        notRecorded_.append(text);
+    }
+    notifier_.showMessage(text, MessageIcon::Stop);
 }
 
 void QueueBookkeeping::siteFinished(const SiteOutcome& outcome)
@@ -132,7 +156,7 @@ void QueueBookkeeping::record(const SiteOutcome& outcome, bool distribution)
             == QLatin1StringView(settings::schedule::kResendFreqByAttempts);
     if (changes.empty() && !purge)
         return;
-    store_.update([&](QueueBatch& batch) {
+    const bool written = store_.update([&](QueueBatch& batch) {
         for (const auto& [file, sent] : changes) {
             if (sent)
                 batch.removeSent(itemOf(outcome, *file));
@@ -142,6 +166,14 @@ void QueueBookkeeping::record(const SiteOutcome& outcome, bool distribution)
         if (purge)
             batch.purgeByAttempts(SettingsStore::get(settings::schedule::kResendFreqNum));
     });
+    if (written)
+        return;
+    QStringList queued;
+    QStringList removed;
+    for (const auto& [file, sent] : changes)
+        (sent ? removed : queued)
+            .append(RemotePlacement::localPath(file->localFolder, file->localName));
+    tellNotRecorded(queued, removed);
 }
 
 } // namespace zelto

@@ -3,9 +3,14 @@
 #include "distribution/JobOutcomeSink.h"
 #include "queue/QueueStore.h"
 
+#include <QStringList>
+
+#include <mutex>
+
 namespace zelto {
 
 class LogSink;
+class Notifier;
 struct FileEntry;
 struct QueueItem;
 
@@ -15,10 +20,14 @@ struct QueueItem;
 // queue are one write of the queue file, so jobs that end together lose nothing. Called on the
 // jobs' worker threads.
 //
+// A queue file that cannot be written (a full disk, a folder the run may not write, a lock not
+// had) is never silent: the files whose change was lost are told to `notifier` and kept for
+// notRecorded(), so that an unattended run can end as failed.
+//
 // A job that must leave the queue alone is given another sink.
 class QueueBookkeeping final : public JobOutcomeSink {
 public:
-    explicit QueueBookkeeping(LogSink& log, QueueStore store = QueueStore());
+    QueueBookkeeping(LogSink& log, Notifier& notifier, QueueStore store = QueueStore());
 
     // A distribution's site goes to recordSiteResults, every other job's to recordJobResults.
     void siteFinished(const SiteOutcome& outcome) override;
@@ -34,11 +43,18 @@ public:
     // and the login data of the site (and of a copy's target).
     [[nodiscard]] static QueueItem itemOf(const SiteOutcome& outcome, const FileEntry& file);
 
+    // The message of each queue write that failed in this run, naming its files.
+    [[nodiscard]] QStringList notRecorded() const;
+
 private:
     void record(const SiteOutcome& outcome, bool distribution);
+    void tellNotRecorded(const QStringList& queued, const QStringList& removed);
 
     LogSink& log_;
+    Notifier& notifier_;
     QueueStore store_;
+    mutable std::mutex mutex_;
+    QStringList notRecorded_;
 };
 
 } // namespace zelto

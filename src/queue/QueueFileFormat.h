@@ -31,6 +31,9 @@ inline constexpr char kRemPassword[] = "RemPassword";
 inline constexpr char kRemLogin[] = "RemLogin";
 inline constexpr char kRemRemDir[] = "RemRemDir";
 inline constexpr char kRemotePort[] = "RemotePort";
+// The process that marked the item as being sent (ProcessMark), so that an item left by a run
+// that died can be sent again. A key of its own, which readers that do not know it pass over.
+inline constexpr char kSendingBy[] = "SendingBy";
 } // namespace key
 
 // "FtpMethod": upload, download; any other word is a site-to-site transfer.

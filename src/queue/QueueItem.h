@@ -36,6 +36,8 @@ struct QueueItem {
     QString remLogin;
     QString remRemDir;
     QString remotePort;
+    // Who marked it as being sent (ProcessMark); empty when idle or marked by an older version.
+    QString sendingBy;
 
     // Upload, download, or (any other method word) site-to-site.
     [[nodiscard]] TransferMode direction() const

@@ -2,6 +2,7 @@
 
 #include "distribution/ParallelStarter.h"
 #include "distribution/RunOffThread.h"
+#include "platform/Notifier.h"
 #include "platform/PrivateProfile.h"
 
 #include <QFileInfo>
@@ -156,8 +157,10 @@ void QueueSender::sendQueue(Ended ended)
 QueueSender::Taken QueueSender::takeIdleItems(QueueStore store)
 {
     Taken queue;
-    store.update([&](QueueBatch& batch) {
+    const bool marked = store.update([&](QueueBatch& batch) {
         queue.count = batch.count();
+        // Items left marked by a run that died go again, as idle ones.
+        batch.releaseAbandoned();
         const std::vector<QueueItem> items = batch.items(QueueReader::Sender);
         for (const Group& group : groupsOf(items)) {
             std::vector<QueueItem> taken;
@@ -169,12 +172,26 @@ QueueSender::Taken QueueSender::takeIdleItems(QueueStore store)
                 queue.setups.push_back(setupOf(taken));
         }
     });
+    if (!marked) {
+        queue.setups.clear();
+        queue.notRecorded = PrivateProfile::lastWriteFailure();
+    }
     return queue;
 }
 
 void QueueSender::startSend(Taken queue, Ended ended)
 {
     --reading_;
+    if (queue.notRecorded) {
+        services_.notifier.showMessage(
+            QStringLiteral("The queue could not be written: %1. No item was marked as being sent, "
+                           "and none was sent.")
+                .arg(*queue.notRecorded),
+            MessageIcon::Stop);
+        if (ended)
+            ended(false);
+        return;
+    }
     if (queue.count < 1) {
         if (ended)
             ended(true);

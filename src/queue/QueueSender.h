@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace zelto {
@@ -21,12 +22,14 @@ struct JobServices;
 
 // Sends the queue again: one transfer job per pair of Source and Destination that has an idle
 // item, carrying every item of that pair, each item marked as being sent in the same write of the
-// queue file. The queue is read and marked on a worker, since a long queue holds the file's lock
+// queue file. An item marked by a process that no longer runs (killed while sending) counts as
+// idle. The queue is read and marked on a worker, since a long queue holds the file's lock
 // for a while. The sender lives on the thread of the application object (the user interface's,
 // or the unattended run's) and starts the jobs from its event loop, an upload or a download
 // 200 ms before the next job, so the caller never waits. The jobs end on their own threads and
 // hand their files to the bookkeeping, which takes what was sent out of the queue and counts up
-// what failed again.
+// what failed again. A queue file that cannot be written sends nothing (another run would take the
+// same items) and says so through the notifier.
 class QueueSender final {
 public:
     // The idle items' pairs, in the order first met. An item of the pair is taken whatever its
@@ -73,6 +76,8 @@ private:
     struct Taken {
         int count = 0;
         std::vector<TransferJob::Setup> setups;
+        // Why the items could not be marked as being sent; then nothing is sent.
+        std::optional<QString> notRecorded;
     };
 
     [[nodiscard]] static Taken takeIdleItems(QueueStore store);

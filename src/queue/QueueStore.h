@@ -15,8 +15,8 @@ namespace zelto {
 // and each change is one read and one atomic write under the file's lock (PrivateProfile::update),
 // so that jobs ending at the same moment on their own threads never lose or mix an item. Several
 // changes go into one write through update(). A missing file is an empty queue and is made by the
-// first change. The changes return false when the file could not be written; callers may ignore
-// it, as the queue's own rules do.
+// first change. The changes return false when the file could not be written
+// (PrivateProfile::lastWriteFailure says why); the bookkeeping and the sender then tell the user.
 class QueueStore final {
 public:
     explicit QueueStore(QString file = defaultFile());

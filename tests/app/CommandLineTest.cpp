@@ -13,6 +13,7 @@ TEST(CommandLineParse, TakesOnlyTheFirstAcceptedForm)
         QString script;
         QString link;
         bool queue = false;
+        bool reset = false;
     } cases[] = {
         { "script flag any case", { "/B", "run.cmd" }, "run.cmd", "" },
         { "link with slash", { "/l", "nightly" }, "", "nightly" },
@@ -27,6 +28,9 @@ TEST(CommandLineParse, TakesOnlyTheFirstAcceptedForm)
         { "queue needs no value", { "/Q", "nightly" }, "", "", true },
         { "queue after a pending flag", { "-l", "-q" }, "", "", true },
         { "queue after a form is ignored", { "-l", "nightly", "-q" }, "", "nightly" },
+        { "queue reset", { "-q", "--reset" }, "", "", true, true },
+        { "reset before the queue", { "--reset", "/q" }, "", "", true, true },
+        { "reset without the queue", { "--reset", "-l", "nightly" }, "", "nightly" },
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -34,6 +38,7 @@ TEST(CommandLineParse, TakesOnlyTheFirstAcceptedForm)
         EXPECT_EQ(request.scriptFile, c.script);
         EXPECT_EQ(request.linkName, c.link);
         EXPECT_EQ(request.queueRun, c.queue);
+        EXPECT_EQ(request.resetQueue, c.reset);
         EXPECT_EQ(request.unattended, !c.script.isEmpty() || !c.link.isEmpty() || c.queue);
     }
 }

@@ -7,12 +7,14 @@
 #include "distribution/TransferJob.h"
 #include "distribution/WorkerThreads.h"
 #include "ftp/FtpErrors.h"
+#include "ftp/GetPump.h"
 #include "ftp/TransferCounters.h"
 #include "ftp/TransferRoutines.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "settings/SettingsStore.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -141,6 +143,52 @@ TEST_F(CopyEngineTest, CopyFileIsByteExactThroughTheBoundedBuffer)
     EXPECT_EQ(to_->commandCount("USER"), 1);
 }
 
+// The target of a copy takes its name only once whole: a copy cut by the target server leaves
+// nothing there and the resend brings the whole file; a server that renames nothing still gets
+// the copy, sent again under its name, and the later copies there directly.
+TEST_F(CopyEngineTest, ATargetTakesItsNameOnlyWhenWhole)
+{
+    // In active mode the server's 426 can overtake the data it cut.
+    SettingsStore::set(settings::ftp::kPassive, "YES");
+    constexpr qint64 kSize = 1'000'000;
+    const auto original = home() + QStringLiteral("/big.bin");
+    ASSERT_TRUE(makeFile(original, kSize, 31));
+    const auto stored = to_->home() + QStringLiteral("/big.bin");
+    const auto targetFiles
+        = [&] { return QDir(to_->home()).entryList(QDir::Files | QDir::Hidden); };
+    const auto arrivedWhole = [&] {
+        return waitUntil([&] { return QFileInfo(stored).size() == kSize; }, 5s)
+            && sameBytes(original, stored) && targetFiles() == QStringList { "big.bin" };
+    };
+    const TransferRequest request { .from = "big.bin", .to = "big.bin", .size = kSize };
+    auto source = session();
+    auto target = session();
+    ASSERT_TRUE(source->connectJob(siteOf(*server_)).ok());
+    ASSERT_TRUE(target->connectJob(siteOf(*to_)).ok());
+
+    to_->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "STOR" } });
+    const auto cut = copyFile(*source, *target, request);
+    EXPECT_EQ(cut.code, inet::kConnectionTerminated) << cut.text().toStdString();
+    EXPECT_EQ(targetFiles(), QStringList {});
+    to_->setFaults({});
+    const auto resent = copyFile(*source, *target, request);
+    EXPECT_TRUE(resent.ok()) << resent.text().toStdString();
+    EXPECT_TRUE(arrivedWhole());
+
+    to_->setFaults({ .refuse = { "RNFR" } });
+    auto renamesNothing = session();
+    ASSERT_TRUE(renamesNothing->connectJob(siteOf(*to_)).ok());
+    const int renamesBefore = to_->commandCount("RNFR");
+    for (int copy = 1; copy <= 2; ++copy) {
+        SCOPED_TRACE(copy);
+        const auto copied = copyFile(*source, *renamesNothing, request);
+        EXPECT_TRUE(copied.ok()) << copied.text().toStdString();
+        EXPECT_TRUE(arrivedWhole());
+    }
+    // Asked once, and once more after the target was taken out of the way.
+    EXPECT_EQ(to_->commandCount("RNFR") - renamesBefore, 2);
+}
+
 TEST_F(CopyEngineTest, CopiesByteExactIntoEachPlacementBetweenTwoServersOrSessions)
 {
     for (const auto* dirTree :
@@ -180,7 +228,9 @@ TEST_F(CopyEngineTest, CopiesChooseTheirTypeByTheExtensionOnly)
         ASSERT_TRUE(copy(files).ok());
         EXPECT_EQ(files[0].result, FileEntry::kSent) << files[0].message.toStdString();
         EXPECT_EQ(server_->typeAt("RETR", c.name).toStdString(), c.type);
-        EXPECT_EQ(to_->typeAt("STOR", c.name).toStdString(), c.type);
+        // Stored under its partial name, then renamed.
+        const auto stored = GetPump::partialPath(QString::fromLatin1(c.name));
+        EXPECT_EQ(to_->typeAt("STOR", stored).toStdString(), c.type);
     }
 }
 

@@ -4,7 +4,11 @@
 #include "DataFiles.h"
 #include "DistributionFixture.h"
 #include "ProgramRun.h"
+#include "queue/QueueStore.h"
 #include "settings/DataFolders.h"
+#include "settings/SettingsStore.h"
+
+#include <QFileInfo>
 
 namespace zelto::test {
 namespace {
@@ -75,6 +79,28 @@ TEST_F(LinkProgramTest, ExitStatusAndLinesTellWhatReachedEachSite)
             EXPECT_TRUE(result.out.contains(label(server) + QStringLiteral("  not reached")))
                 << c.what;
     }
+}
+
+// The disk under the data folder is full (a file-size limit on the program stands for it): the
+// files that failed and could not be queued are named on standard error, and the run fails.
+TEST_F(LinkProgramTest, FilesThatCouldNotBeQueuedAreNamed)
+{
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    servers_[2]->setFaults({ .refuse = { "STOR" } });
+    QueueStore store;
+    // A queue of some size, so that the limit lies above the program's other small files.
+    writeWaitingQueue(store.file(), 100);
+    const qint64 size = QFileInfo(store.file()).size();
+
+    const ProgramResult result = runProgram(QStringLiteral(ZELTO_PROGRAM),
+        { QStringLiteral("-l"), QStringLiteral("all") }, {}, {}, size + 8);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.err.contains(QStringLiteral("The queue could not be written")))
+        << result.err.toStdString();
+    for (const FileEntry& file : fileSet())
+        EXPECT_TRUE(result.err.contains(file.localFolder + u'/' + file.localName))
+            << result.err.toStdString();
+    EXPECT_EQ(store.count(), 100);
 }
 
 } // namespace

@@ -4,7 +4,12 @@
 #include "distribution/RemoteListing.h"
 
 #include "DistributionFixture.h"
+#include "ftp/FtpConnection.h"
 #include "ftp/FtpErrors.h"
+
+#include <atomic>
+#include <functional>
+#include <thread>
 
 namespace zelto::test {
 namespace {
@@ -70,6 +75,52 @@ TEST_F(RemoteListingFetchTest, AnEndlessListingIsRefusedAtItsBound)
     const auto after = RemoteListing::fetch(*job->connection(), QStringLiteral("in/"));
     EXPECT_TRUE(after.ok()) << after.result.text().toStdString();
     EXPECT_EQ(after.value.folders, (QSet<QString> { "sub" }));
+}
+
+// A server that keeps the data connection alive with a byte now and then: the minimum rate over
+// the data time-out ends a get and a listing alike, where a limit on silence alone never would.
+TEST_F(RemoteListingFetchTest, ADrippingServerTimesOutAGetAndAListing)
+{
+    using namespace std::chrono_literals;
+    useQuickTimeouts(1);
+    ASSERT_TRUE(makeFile(home() + QStringLiteral("/drip.bin"), 10'000, 1));
+    for (int i = 0; i < 100; ++i)
+        ASSERT_TRUE(makeFile(home() + QStringLiteral("/in/file%1.txt").arg(i), 10, 2));
+    const struct {
+        const char* command;
+        std::function<FtpResult(FtpConnection&)> run;
+    } cases[] = {
+        { "RETR",
+            [](FtpConnection& connection) {
+                return connection.download(QStringLiteral("drip.bin"), TransferType::Binary,
+                    [](const char*, qint64) { return true; });
+            } },
+        { "LIST",
+            [](FtpConnection& connection) {
+                return RemoteListing::fetch(connection, QStringLiteral("in/")).result;
+            } },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.command);
+        // Well above one byte a second; the connection must still not be held.
+        FtpFaults faults;
+        faults.trickle[QString::fromLatin1(c.command)] = 300ms;
+        server_->setFaults(faults);
+        std::stop_source stop;
+        auto job
+            = std::make_unique<CTransferSession>(recorder_.services, &progress_, stop.get_token());
+        ASSERT_TRUE(job->connectJob(siteOf(*server_)).ok());
+        // Without the rule the transfer would run for an hour: stopped well before, it fails
+        // as cancelled, not as timed out.
+        std::atomic<bool> ended = false;
+        std::jthread watchdog([&] {
+            if (!waitUntil([&] { return ended.load(); }, 30s))
+                stop.request_stop();
+        });
+        const auto result = c.run(*job->connection());
+        ended = true;
+        EXPECT_EQ(result.code, inet::kTimeout) << result.text().toStdString();
+    }
 }
 
 } // namespace

@@ -204,7 +204,9 @@ TEST(LogWriter, EarlierRecordsOfAnAppendingLogReachTheFirstListener)
     }
 }
 
-TEST(LogWriter, UnusableLogPathFailsQuietly)
+// A log file that cannot be written is told once, naming it; the records still reach the screen
+// and the setting stays, as the path may work again.
+TEST(LogWriter, UnusableLogPathIsToldOnce)
 {
     for (const char* name : { "folder.log", "plain/run.log", "pipe.log" }) {
         LogRun run;
@@ -215,9 +217,13 @@ TEST(LogWriter, UnusableLogPathFailsQuietly)
         ASSERT_EQ(
             ::mkfifo(QFile::encodeName(root + QStringLiteral("/pipe.log")).constData(), 0600), 0);
         run.path = pointLogAt(root, QString::fromLatin1(name));
-        run.start().write(event(kLineA));
-        EXPECT_EQ(run.listener.records.size(), 1);
-        EXPECT_TRUE(run.notifier.messages.isEmpty());
+        LogWriter& writer = run.start();
+        writer.write(event(kLineA));
+        writer.write(event(kLineA));
+        EXPECT_EQ(run.listener.records.size(), 2);
+        EXPECT_EQ(writer.recordsNotWritten(), 2);
+        ASSERT_EQ(run.notifier.messages.size(), 1);
+        EXPECT_TRUE(run.notifier.messages.front().contains(run.path));
         EXPECT_EQ(SettingsStore::get(settings::log::kToFile), QStringLiteral("YES"));
         EXPECT_FALSE(QFileInfo(run.path).isFile()) << name;
     }

@@ -66,7 +66,7 @@ TEST(QueueBookkeepingTest, LogsEachFileNotSentWithItsSidesAndReason)
     };
     TempSettings settings;
     Recorder recorder;
-    QueueBookkeeping bookkeeping(recorder);
+    QueueBookkeeping bookkeeping(recorder, recorder);
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.remoteFolder) + " " + std::to_string(c.result));
         recorder.clear();
@@ -116,7 +116,7 @@ TEST(QueueBookkeepingTest, QueueFollowsTheOutcomesAndTheResendSettings)
     TempSettings settings;
     SettingsStore::set(settings::schedule::kResendFreqNum, 3);
     Recorder recorder;
-    QueueBookkeeping bookkeeping(recorder);
+    QueueBookkeeping bookkeeping(recorder, recorder);
     for (const Step& step : steps) {
         SCOPED_TRACE(step.what);
         SettingsStore::set(settings::schedule::kResendFail, step.resendFail);

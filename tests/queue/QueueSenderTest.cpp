@@ -1,19 +1,28 @@
 // Sending the queue: which items go in which job, where a resent file lands, a failed
-// distribution or copy that is queued, counted up and then resent into place, and a site whose
-// connection is lost after its first file.
+// distribution or copy that is queued, counted up and then resent into place, a cut download
+// resent whole, and a site whose connection is lost after its first file.
 
 #include "queue/QueueSender.h"
 
+#include "DataFiles.h"
 #include "DistributionFixture.h"
 #include "distribution/WorkerThreads.h"
 #include "ftp/FtpErrors.h"
+#include "platform/PrivateProfile.h"
+#include "platform/ProcessMark.h"
 #include "platform/StringTable.h"
 #include "queue/QueueBookkeeping.h"
 #include "queue/QueueResendTimer.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
+#include <QTemporaryDir>
 
+#include <csignal>
 #include <optional>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace zelto::test {
 namespace {
@@ -107,7 +116,7 @@ protected:
         ASSERT_TRUE(ended(job));
     }
 
-    QueueBookkeeping bookkeeping_ { recorder_ };
+    QueueBookkeeping bookkeeping_ { recorder_, recorder_ };
 };
 
 // A ResendTime changed in the options applies at once, not after the next send.
@@ -190,6 +199,158 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
         ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
         EXPECT_TRUE(*empty); // the caller says 33054
     }
+}
+
+// A download cut by the server leaves nothing under the file's name: the resend, with the
+// default Overwrite "NO", is not refused by a truncated file and brings the whole file.
+TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
+{
+    EventLoop loop;
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
+    // In active mode the server's 426 can overtake the data it cut.
+    SettingsStore::set(settings::ftp::kPassive, "YES");
+    constexpr qint64 kSize = 1'000'000;
+    const QString remote = servers_[0]->home() + QStringLiteral("/big.bin");
+    ASSERT_TRUE(makeFile(remote, kSize, 21));
+    QTemporaryDir into;
+    FileEntry file;
+    file.remoteFolder = QStringLiteral("/");
+    file.remoteName = file.localName = QStringLiteral("big.bin");
+    file.localFolder = into.path();
+    file.size = kSize;
+    TransferJob::Setup setup;
+    setup.mode = TransferMode::Get;
+    setup.files = { file };
+    setup.sites = { site(0) };
+    servers_[0]->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "RETR" } });
+    run(setup);
+    ASSERT_EQ(QueueStore().count(), 1);
+    EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden), QStringList {});
+
+    servers_[0]->setFaults({});
+    std::optional<bool> empty;
+    QueueSender sender(recorder_.services, threads_, bookkeeping_);
+    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+    ASSERT_TRUE(
+        waitUntil([&] { return empty.has_value() && QueueStore().count() == 0; }, kDeadline));
+    EXPECT_TRUE(sameBytes(remote, into.filePath(QStringLiteral("big.bin"))));
+    EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden),
+        QStringList { QStringLiteral("big.bin") });
+}
+
+// A run killed while it sent leaves its items marked as being sent. A later send takes those
+// whose marking process is gone as idle, and leaves those of a live process, and those marked by
+// an older version, which named no process.
+TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
+{
+    EventLoop loop;
+    SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
+    // A real process, killed as a run would be: its mark names a process that is gone.
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::pause();
+        ::_exit(0);
+    }
+    const QString deadMark = ProcessMark::of(child);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ASSERT_FALSE(deadMark.isEmpty());
+
+    std::vector<FileEntry> files(1);
+    files[0].localFolder = localPath(QStringLiteral("www"));
+    files[0].localName = files[0].remoteName = QStringLiteral("index.html");
+    files[0].remoteFolder = QStringLiteral("/");
+    files[0].size = 1200;
+    const JobSite target = site(0);
+    const QueueItem item
+        = QueueBookkeeping::itemOf({ TransferMode::Put, target, nullptr, files }, files.front());
+    const struct {
+        const char* destination;
+        QString mark; // empty: no mark
+    } cases[] = {
+        { "127.0.0.1", deadMark }, // sent
+        { "live.invalid", ProcessMark::current() },
+        { "older.invalid", QString() },
+    };
+    QueueStore store;
+    ASSERT_TRUE(store.update([&](QueueBatch& batch) {
+        for (const auto& c : cases) {
+            QueueItem queued = item;
+            queued.destination = QString::fromLatin1(c.destination);
+            batch.appendFailed(queued);
+            batch.markSending(batch.count());
+        }
+    }));
+    for (int position = 1; position <= 3; ++position) {
+        const QString section = QStringLiteral("QUEUE%1").arg(position);
+        const QString& mark = cases[position - 1].mark;
+        ASSERT_TRUE(mark.isEmpty()
+                ? PrivateProfile::deleteKey(store.file(), section, QStringLiteral("SendingBy"))
+                : PrivateProfile::writeString(
+                    store.file(), section, QStringLiteral("SendingBy"), mark));
+    }
+
+    std::optional<bool> empty;
+    QueueSender sender(recorder_.services, threads_, bookkeeping_);
+    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+    ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
+    const auto left = store.loadAll();
+    ASSERT_EQ(left.size(), 2u);
+    for (const QueueItem& still : left) {
+        SCOPED_TRACE(still.destination.toStdString());
+        EXPECT_EQ(still.status, QueueItem::kSending);
+        EXPECT_NE(still.destination, "127.0.0.1");
+    }
+    EXPECT_TRUE(sameBytes(files[0].localFolder + QStringLiteral("/index.html"),
+        servers_[0]->home() + QStringLiteral("/index.html")));
+}
+
+// The disk under the data folder is full (a file-size limit on this process stands for it, as
+// no test may mount a small disk without root): the failed file that cannot be queued, and a
+// send that cannot mark its items, are told, naming what is lost, and nothing is sent unmarked.
+TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
+{
+    EventLoop loop;
+    SettingsStore::set(settings::schedule::kResendFail, 1);
+    QueueStore store;
+    // Items of some size, so that the limit lies above every other file the test writes.
+    writeWaitingQueue(store.file(), 100);
+    const qint64 size = QFileInfo(store.file()).size();
+    std::vector<FileEntry> files(1);
+    files[0].localFolder = QStringLiteral("/data");
+    files[0].localName = files[0].remoteName = QStringLiteral("lost.bin");
+    files[0].result = inet::kServerError;
+    files[0].message = QStringLiteral("refused");
+
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
+    rlimit old {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &old), 0);
+    rlimit limited = old;
+    limited.rlim_cur = rlim_t(size + 8);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limited), 0);
+    const JobSite failedSite = site(0);
+    bookkeeping_.siteFinished({ TransferMode::Put, failedSite, nullptr, files });
+    std::optional<bool> empty;
+    QueueSender sender(recorder_.services, threads_, bookkeeping_);
+    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+    const bool sendEnded = waitUntil([&] { return empty.has_value(); }, kDeadline);
+    ::setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, oldHandler);
+
+    ASSERT_TRUE(sendEnded);
+    EXPECT_FALSE(*empty);
+    EXPECT_EQ(QFileInfo(store.file()).size(), size); // the queue stays as it was
+    EXPECT_EQ(store.loadAll().back().status, QueueItem::kIdle);
+    const auto messages = recorder_.messages();
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_TRUE(messages[0].first.contains(store.file())) << messages[0].first.toStdString();
+    EXPECT_TRUE(messages[0].first.contains(QStringLiteral("Not queued: /data/lost.bin")))
+        << messages[0].first.toStdString();
+    EXPECT_TRUE(messages[1].first.contains(QStringLiteral("none was sent")))
+        << messages[1].first.toStdString();
+    EXPECT_EQ(bookkeeping_.notRecorded(), QStringList { messages[0].first });
 }
 
 // Without a second login the site's other files fail at once, with the reason the connection was

@@ -5,6 +5,7 @@
 #include "TestFiles.h"
 #include "platform/IniDocument.h"
 #include "platform/PrivateProfile.h"
+#include "platform/ProcessMark.h"
 #include "queue/QueueDeletion.h"
 
 #include <QFile>
@@ -138,6 +139,40 @@ TEST_F(QueueStoreTest, OperationsLeaveTheSectionsAsTheRulesSay)
                 EXPECT_EQ(file.sectionLines(section), *lines) << section.toStdString();
             }
         }
+    }
+}
+
+// The process that marked an item as being sent is kept with that item: written by the mark, gone
+// once the item is idle again, and moved with its row when the queue window rewrites the queue.
+TEST_F(QueueStoreTest, TheMarkingProcessStaysWithItsItem)
+{
+    const QByteArray marked = "[QUEUE]\nNumQueues=2\n"
+                              "[QUEUE1]\nLocalName=a\nStatus=1\nSendingBy=5 5\n"
+                              "[QUEUE2]\nLocalName=b\nStatus=1\nSendingBy=7 7\n";
+    const QString self = ProcessMark::current();
+    const std::tuple<const char*, std::function<void(QueueStore&)>, QStringList> cases[] = {
+        { "a mark names this process",
+            [](QueueStore& s) { s.update([](QueueBatch& b) { b.markSending(1); }); },
+            { self, "7 7" } },
+        { "a count-up makes the item idle", [](QueueStore& s) { s.appendFailed(named("b")); },
+            { "5 5", "" } },
+        { "a reset makes every item idle", [](QueueStore& s) { s.resetAllIdle(); }, { "", "" } },
+        { "a rewrite moves each mark with its row",
+            [](QueueStore& s) {
+                const auto rows = s.loadAll();
+                s.rewrite({ rows[1] }, 1);
+            },
+            { "7 7" } },
+    };
+    for (const auto& [what, change, marks] : cases) {
+        SCOPED_TRACE(what);
+        writeFile(path(), marked);
+        QueueStore store(path());
+        change(store);
+        QStringList found;
+        for (const QueueItem& item : store.loadAll())
+            found.append(item.sendingBy);
+        EXPECT_EQ(found, marks);
     }
 }
 

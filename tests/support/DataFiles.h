@@ -20,6 +20,17 @@ inline void writeProfile(const QString& path, const FtpServer& server, const QSt
             .toUtf8());
 }
 
+// A queue of `items` idle uploads to a host that does not exist: a queue file of some size.
+inline void writeWaitingQueue(const QString& path, int items)
+{
+    QString text = QStringLiteral("[QUEUE]\nNumQueues=%1\n").arg(items);
+    for (int i = 1; i <= items; ++i)
+        text += QStringLiteral("[QUEUE%1]\nLocalName=waiting%1.bin\nSource=Local\n"
+                               "Destination=elsewhere.invalid\nNumTimes=1\nStatus=0\n")
+                    .arg(i);
+    writeFile(path, text.toUtf8());
+}
+
 // A file list of `entries`, each "folder|local name|remote name".
 inline void writeList(const QString& path, const QStringList& entries)
 {

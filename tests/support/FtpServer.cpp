@@ -26,7 +26,11 @@ QJsonObject toJson(const FtpFaults& faults)
     for (const auto& [command, delay] : faults.stall)
         stall[command]
             = delay == FtpFaults::kForever ? QJsonValue() : QJsonValue(delay.count() / 1000.0);
+    QJsonObject trickle;
+    for (const auto& [command, pace] : faults.trickle)
+        trickle[command] = pace.count() / 1000.0;
     QJsonObject json {
+        { "trickle", trickle },
         { "refuse_login", QJsonArray::fromStringList(faults.refuseLogin) },
         { "close_data_on", QJsonArray::fromStringList(faults.closeDataOn) },
         { "stall", stall },

@@ -37,6 +37,9 @@ struct FtpFaults {
     std::map<QString, std::chrono::milliseconds> stall {};
     // Commands answered "550 <command> refused by the test server." (MKD, STOR, DELE, RNFR...).
     QStringList refuse {};
+    // The data of these commands (RETR, LIST...) goes one byte at a time, this far apart: a
+    // server that keeps a transfer alive without moving it.
+    std::map<QString, std::chrono::milliseconds> trickle {};
     // LIST answers with lines that never end.
     bool endlessListing = false;
     // Commands on which the server closes the control connection without a reply.

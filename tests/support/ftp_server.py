@@ -6,7 +6,8 @@ It listens on a free loopback port, prints "PORT <n>" when ready and runs until 
 input reaches end of file (a test process that dies leaves no server behind) or SIGTERM.
 CONFIG.json: {"user": {"name", "password", "home"}, "faults_file": ...}. The faults file, read
 again at every command, holds the faults of FtpFaults in FtpServer.h ("stall": {"RETR": 1.5,
-"USER": null}, null holding the reply until the server stops).
+"USER": null}, null holding the reply until the server stops; "trickle": {"RETR": 0.9}, seconds
+between the bytes of that command's data).
 """
 
 import argparse
@@ -37,7 +38,8 @@ def load_faults(config):
 
 
 class FaultyDTPHandler(DTPHandler):
-    """Data connection that a close_data_after fault closes after N bytes."""
+    """Data connection that a close_data_after fault closes after N bytes, and that a
+    trickle fault slows to one byte every so many seconds."""
 
     _limit_known = False
     _limit = None
@@ -56,6 +58,14 @@ class FaultyDTPHandler(DTPHandler):
         self.close()
 
     def send(self, data):
+        pace = self.cmd_channel.faults.get("trickle", {}).get(self.cmd_channel.transfer_command)
+        if pace is not None:
+            # One byte, then no write events until the next one is due.
+            sent = super().send(data[:1])
+            if not self._closed:
+                self.ioloop.modify(self._fileno, 0)
+                self.ioloop.call_later(pace, self._write_again, _errback=self.handle_error)
+            return sent
         limit = self._data_limit()
         if limit is None:
             return super().send(data)
@@ -63,6 +73,10 @@ class FaultyDTPHandler(DTPHandler):
         if self.tot_bytes_sent >= limit:
             self._cut()
         return sent
+
+    def _write_again(self):
+        if not self._closed:
+            self.ioloop.modify(self._fileno, self.ioloop.WRITE)
 
     def recv(self, buffer_size):
         limit = self._data_limit()
