@@ -13,11 +13,11 @@ namespace zelto {
 
 // Calls `call` on the thread of the application object, from its event loop, unless `context`
 // has gone by then. `context` lives on that thread; the call may be posted from any thread.
-template <typename Call> void postWhileAlive(const QPointer<QObject>& context, Call call)
+template <typename Call> void postWhileAlive(QPointer<QObject> context, Call call)
 {
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [context, call = std::move(call)]() mutable {
+        [context = std::move(context), call = std::move(call)]() mutable {
             if (context)
                 call();
         },
@@ -34,7 +34,9 @@ void runOffThread(WorkerThreads& threads, QObject* context, Work work, Deliver d
     threads.launch([guard = QPointer<QObject>(context), work = std::move(work),
                        deliver = std::move(deliver)](std::stop_token) mutable {
         auto result = std::make_shared<Result>(work());
-        postWhileAlive(guard,
+        // The guard is moved on, not copied: the worker then never holds a count of the
+        // context's weak reference, whose last release would race with the context's end.
+        postWhileAlive(std::move(guard),
             [deliver = std::move(deliver), result]() mutable { deliver(std::move(*result)); });
     });
 }
