@@ -5,6 +5,7 @@
 #include <functional>
 
 class QAction;
+class QDockWidget;
 class QWidget;
 
 namespace zelto {
@@ -32,6 +33,9 @@ struct FrameViews {
     // "FTP Scripts...": asks for a command script over the frame and runs it in its progress
     // window.
     std::function<void(QWidget* frame)> runScript;
+    // Every running job of the program in one table, docked below the panes; the View menu
+    // shows it, and it starts hidden.
+    QDockWidget* transfers = nullptr;
 };
 
 } // namespace zelto

@@ -11,8 +11,9 @@ class QTreeView;
 
 namespace zelto {
 
-// "Add Site...": the stored site profiles, by name and server, narrowed by a filter; several can
-// be chosen at once.
+// "Add Site...": the stored site profiles by folder and name, with their servers, narrowed by a
+// filter; several can be chosen at once. From the filter, Down goes into the list and Return
+// takes the one profile left.
 class CSiteChooser final : public QDialog {
     Q_OBJECT
 public:
@@ -21,6 +22,9 @@ public:
 
     // The profiles chosen, in the order shown.
     [[nodiscard]] QStringList chosen() const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void updateOk();
