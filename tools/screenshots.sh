@@ -193,7 +193,7 @@ if [ -n "$SCRIPT_WINDOW" ]; then
   sleep 0.5
   frame_shot script-window "$SCRIPT_WINDOW"
   xdotool windowactivate --sync "$SCRIPT_WINDOW" 2>/dev/null || true
-  xdotool key --window "$SCRIPT_WINDOW" alt+c || true
+  xdotool key alt+c || true
 fi
 [ -n "$TOOLS" ] || exit 0
 
@@ -220,7 +220,8 @@ xdotool key alt+t t
 if STATS=$(find_window "^Transfer Statistics"); then
   sleep 1.2
   frame_shot statistics-window "$STATS"
-  xdotool key --window "$STATS" Escape || true
+  xdotool windowactivate --sync "$STATS" 2>/dev/null || xdotool windowfocus --sync "$STATS" || true
+  xdotool key Escape || true
 fi
 
 # The link "eight" on the profile bar, View > Transfers, and Send Parallel (Ctrl+Return): eight

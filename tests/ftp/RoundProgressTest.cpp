@@ -67,6 +67,8 @@ TEST(RoundProgress, ANewFileStartsWithItsOwnFigures)
         first.round(100, start + std::chrono::seconds(i));
     first.finish(start + 10s);
     ASSERT_FALSE(progress.snapshot().text(Text::FileRate).isEmpty());
+    EXPECT_EQ(progress.snapshot().fileBar, 100) << "a whole file fills its bar";
+    EXPECT_EQ(progress.snapshot().text(Text::FileBytes), ProgressText::bytesText(1000, 1000));
 
     RoundProgress second(reporter, 2000, start, RoundProgress::Total::Transfer, start + 10s);
     second.start();
