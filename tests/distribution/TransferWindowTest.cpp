@@ -265,8 +265,8 @@ TEST_F(TransferWindowTest, TransfersDockListsTheOpenWindows)
         [&] {
             dock.refresh();
             return rows()
-                == QStringList { QStringLiteral("FTP Put to: 127.0.0.1|Connecting ..."),
-                       QStringLiteral("FTP Put to: 127.0.0.1 (shop/acme)|Connecting ...") };
+                == QStringList { QStringLiteral("127.0.0.1|Connecting ..."),
+                       QStringLiteral("127.0.0.1 (shop/acme)|Connecting ...") };
         },
         kDeadline))
         << rows().join(u'\n').toStdString();

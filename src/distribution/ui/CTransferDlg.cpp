@@ -185,6 +185,14 @@ QPoint CTransferDlg::cascadePosition(const QRect& anchor, const QRect& screen)
         roomBelow ? anchor.y() + kCascadeStep.y() : screen.y() + kCascadeRestart.y() };
 }
 
+QString CTransferDlg::siteOf(const QString& server, const QString& siteName)
+{
+    // The windows of one Send Parallel may all go to one host: the profile tells them apart.
+    if (siteName.isEmpty() || siteName == server)
+        return server;
+    return server + QStringLiteral(" (") + siteName + u')';
+}
+
 QString CTransferDlg::title() const
 {
     return titleOf(
@@ -194,10 +202,7 @@ QString CTransferDlg::title() const
 QString CTransferDlg::titleOf(
     TransferMode mode, const QString& server, const QString& target, const QString& siteName)
 {
-    // The windows of one Send Parallel may all go to one host: the profile tells them apart.
-    const QString named = siteName.isEmpty() || siteName == server
-        ? server
-        : server + QStringLiteral(" (") + siteName + u')';
+    const QString named = siteOf(server, siteName);
     switch (mode) {
     case TransferMode::Get:
         return StringTable::text(ids::kTitleGetFrom) + named;

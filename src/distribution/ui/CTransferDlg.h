@@ -62,6 +62,8 @@ public:
     // `target`, and the profile name of the site under way when it has one.
     [[nodiscard]] static QString titleOf(TransferMode mode, const QString& server,
         const QString& target, const QString& siteName = {});
+    // A site as the titles name it: the server, and the profile name after it where it differs.
+    [[nodiscard]] static QString siteOf(const QString& server, const QString& siteName);
     // `path` as a field `width` pixels wide shows it: whole when it fits, otherwise "…" and as
     // much of its end as fits.
     [[nodiscard]] static QString elidedPath(

@@ -56,10 +56,11 @@ CTransfersDock::CTransfersDock(QWidget* parent)
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setTabKeyNavigation(false);
     table_->setShowGrid(false);
+    table_->setWordWrap(false);
     table_->horizontalHeader()->setStretchLastSection(true);
     const int text = fontMetrics().averageCharWidth();
     for (const auto& [column, chars] :
-        { std::pair(Site, 28), std::pair(File, 24), std::pair(Progress, 14), std::pair(Rate, 12) })
+        { std::pair(Site, 26), std::pair(File, 24), std::pair(Progress, 14), std::pair(Rate, 12) })
         table_->setColumnWidth(column, chars * text);
     connect(table_, &QTableWidget::cellActivated, this,
         [this](int row, int /*column*/) { raiseRow(row); });
@@ -86,7 +87,8 @@ void CTransfersDock::refresh()
     for (int row = 0; row < int(windows.size()); ++row) {
         CTransferDlg* window = windows[row];
         const JobProgress::Snapshot progress = window->job().progress().snapshot();
-        setText(*table_, row, Site, window->windowTitle());
+        setText(*table_, row, Site,
+            CTransferDlg::siteOf(window->job().currentServer(), window->job().currentSiteName()));
         table_->item(row, Site)->setData(Qt::UserRole, QVariant::fromValue<QObject*>(window));
         setText(*table_, row, File, QFileInfo(progress.text(Text::LocalPath)).fileName());
         auto* bar = qobject_cast<QProgressBar*>(table_->cellWidget(row, Progress));
