@@ -64,19 +64,27 @@ QIcon themeIcon(const char* name, QStyle::StandardPixmap fallback, const QStyle*
 // success by what it did, each failure as an error, and the two ends of a connection as such.
 std::vector<QIcon> outcomeIcons(const QStyle* style)
 {
-    const QIcon failed = themeIcon("dialog-error", QStyle::SP_MessageBoxCritical, style);
-    return {
+    // The OK and Failed pairs, in the order of their outcomes.
+    const QIcon succeeded[] = {
         themeIcon("network-connect", QStyle::SP_DriveNetIcon, style), // FTP connection
-        failed, themeIcon("dialog-ok", QStyle::SP_DialogApplyButton, style), // transfer
-        failed, themeIcon("network-wired", QStyle::SP_ComputerIcon, style), // Internet connection
-        failed, themeIcon("folder-open", QStyle::SP_DirOpenIcon, style), // change directory
-        failed, themeIcon("edit-delete", QStyle::SP_TrashIcon, style), // deletion
-        failed, themeIcon("edit-rename", QStyle::SP_FileDialogContentsView, style), // renaming
-        failed, themeIcon("folder-new", QStyle::SP_FileDialogNewFolder, style), // make directory
-        failed, themeIcon("network-disconnect", QStyle::SP_DialogCloseButton, style), // FTP closed
-        themeIcon("network-offline", QStyle::SP_BrowserStop, style), // Internet closed
-        themeIcon("process-stop", QStyle::SP_MediaStop, style), // session ended
+        themeIcon("dialog-ok", QStyle::SP_DialogApplyButton, style), // transfer
+        themeIcon("network-wired", QStyle::SP_ComputerIcon, style), // Internet connection
+        themeIcon("folder-open", QStyle::SP_DirOpenIcon, style), // change directory
+        themeIcon("edit-delete", QStyle::SP_TrashIcon, style), // deletion
+        themeIcon("edit-rename", QStyle::SP_FileDialogContentsView, style), // renaming
+        themeIcon("folder-new", QStyle::SP_FileDialogNewFolder, style), // make directory
     };
+    const QIcon failed = themeIcon("dialog-error", QStyle::SP_MessageBoxCritical, style);
+    std::vector<QIcon> icons;
+    for (const QIcon& icon : succeeded) {
+        icons.push_back(icon);
+        icons.push_back(failed);
+    }
+    // The ends: the FTP connection closed, the Internet connection closed, the session ended.
+    icons.push_back(themeIcon("network-disconnect", QStyle::SP_DialogCloseButton, style));
+    icons.push_back(themeIcon("network-offline", QStyle::SP_BrowserStop, style));
+    icons.push_back(themeIcon("process-stop", QStyle::SP_MediaStop, style));
+    return icons;
 }
 
 } // namespace
