@@ -208,7 +208,7 @@ int sendParallel(int serverCount, int siteCount, const QString& source,
                 return 1;
         }
         sites.push_back({ test::Vsftpd::host(), test::Vsftpd::user(), test::Vsftpd::password(),
-            server.port(), folder, 0 });
+            server.port(), folder, 0, {} });
     }
     const auto files = filesOf(source);
     qint64 bytes = 0;

@@ -54,7 +54,7 @@ std::vector<FileEntry> filesOf(int job, int count, int result)
 double endJobs(QueueBookkeeping& bookkeeping, int jobs, int files, int result)
 {
     const JobSite site { QStringLiteral("ftp.example.org"), QStringLiteral("me"),
-        QStringLiteral("secret"), 21, QStringLiteral("/srv"), 0 };
+        QStringLiteral("secret"), 21, QStringLiteral("/srv"), 0, {} };
     const auto start = Clock::now();
     for (int job = 0; job < jobs; ++job) {
         const auto entries = filesOf(job, files, result);
@@ -154,7 +154,7 @@ void writeQueueFile(const QByteArray& head, int items, int port)
 double endOneFile(QueueBookkeeping& bookkeeping, const QString& name, int result)
 {
     const JobSite site { QStringLiteral("127.0.0.1"), QStringLiteral("me"),
-        QStringLiteral("secret"), 21, QStringLiteral("/srv/www"), 0 };
+        QStringLiteral("secret"), 21, QStringLiteral("/srv/www"), 0, {} };
     FileEntry file;
     file.localFolder = QStringLiteral("/home/me/site/dir1");
     file.localName = file.remoteName = name;

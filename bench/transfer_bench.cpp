@@ -84,7 +84,7 @@ int main(int argc, char** argv)
         return serve();
 
     JobSite site { QStringLiteral("127.0.0.1"), QStringLiteral("anonymous"),
-        QStringLiteral("bench@example.com"), 0, {}, 0 };
+        QStringLiteral("bench@example.com"), 0, {}, 0, {} };
     int readBuffer = 4096;
     int writeBuffer = 4096;
     bool passive = true;

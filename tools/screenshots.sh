@@ -10,7 +10,13 @@
 #   main-window.png       the main window on the Multiple FTP Put screen, with its three bars
 #   transfer-windows.png  the main window and its transfer windows while the link's transfers run
 #   log-view.png          the main window once the transfers have ended: the log of the run
-#   script-window.png     the progress window of a script that the scheduler ran beside the link
+#   script-window.png     the progress window of a script that the scheduler ran beside the link,
+#                         at its end: the count of its steps, and Close
+#   statistics-window.png the transfer statistics after the run
+#   transfers-dock.png    the Transfers dock (View > Transfers) with eight sites at work
+#   unattended-link.png   "zelto -l demo" on a desktop: the link's transfer windows alone
+#   unattended-script.png "zelto -b publish.cmd" on a desktop: the script's progress window
+#   main-window-scaled.png the main window at a display scale of 1.75
 #   profile-screen.png    the site-profile screen, from the FTP menu
 #   link-dialog.png       the link dialog, from the FTP menu
 #   file-list-screen.png  the file-list screen opened from the FTP menu, the list "website" chosen
@@ -19,8 +25,8 @@
 #   options-sheet.png     the "System Config" sheet on its System page
 #
 # Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
-# x11-utils (to choose the link on the profile bar and to shoot the script's window) and openbox
-# (title bars). Settings and data live under
+# x11-utils (to drive the program with its keys and to shoot single windows; without them only the
+# first four shots are taken) and openbox (title bars). Settings and data live under
 # BUILD_DIR/demo-home, never in your own.
 set -euo pipefail
 
@@ -80,6 +86,26 @@ command -v xdotool >/dev/null && command -v xprop >/dev/null && command -v xwini
 
 for name in alpha beta; do demo_faults "$name" '{"stall": {"STOR": 1.5}}'; done
 
+# The link "eight": the demo's three sites and five more profiles of the two servers that accept
+# the login, each in a folder of its own, for the Transfers dock.
+EIGHT=(alpha beta gamma)
+for name in eu-north eu-west us-east asia-south backup; do
+  server=alpha
+  case $name in eu-west|asia-south) server=beta ;; esac
+  mkdir -p "$DEMO/servers/$server/$name"
+  sed -e "s/^Description=.*/Description=$name on $server/" -e "s|^Remote Path=.*|Remote Path=/$name|" \
+    "$DATA/Profiles/$server.ini" > "$DATA/Profiles/$name.ini"
+  EIGHT+=("$name")
+done
+{
+  echo "[LinkItems]"
+  echo "Sites=${#EIGHT[@]}"
+  echo "Files=$DATA/Files/website/flist.ini"
+  for i in "${!EIGHT[@]}"; do
+    printf '[SITE%d]\nSITE=%s\n' "$((i + 1))" "$DATA/Profiles/${EIGHT[$i]}.ini"
+  done
+} > "$DATA/Links/eight.ini"
+
 # The scheduler's first check comes 5 seconds after the start and runs the entries of that minute:
 # start early enough in a minute for the check to fall in it.
 while [ "$(date +%-S)" -gt 45 ]; do sleep 1; done
@@ -92,6 +118,7 @@ StatusBar=1
 ProfileBar=1
 StartScreen=MULTIPLE_PUT
 Scheduler=YES
+Overwrite=YES
 
 [SCHEDULE]
 ResendFail=1
@@ -172,7 +199,38 @@ if [ -n "$SCRIPT_WINDOW" ]; then
   xdotool windowmove --sync "$SCRIPT_WINDOW" 360 200 || true
   sleep 0.5
   frame_shot script-window "$SCRIPT_WINDOW"
+  xdotool windowactivate --sync "$SCRIPT_WINDOW" 2>/dev/null || true
+  xdotool key alt+c || true
 fi
+[ -n "$TOOLS" ] || exit 0
+
+# focus_main: the keys that follow go to the main window.
+focus_main() {
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  sleep 0.3
+}
+# find_window PATTERN: the first visible window whose title matches, waiting for it (10 s).
+find_window() {
+  local id
+  for _ in $(seq 100); do
+    id=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1) || true
+    [ -n "$id" ] && { echo "$id"; return 0; }
+    sleep 0.1
+  done
+  return 1
+}
+
+# FTP > Transfer Statistics, after the run, then Close.
+focus_main
+xdotool key alt+t t
+if STATS=$(find_window "^Transfer Statistics"); then
+  sleep 1.2
+  frame_shot statistics-window "$STATS"
+  xdotool windowactivate --sync "$STATS" 2>/dev/null || xdotool windowfocus --sync "$STATS" || true
+  xdotool key Escape || true
+fi
+
 # The file-list screen from the FTP menu (Alt+T, then L); its tree has the focus, and Down chooses
 # the first list, "website".
 if [ -n "$TOOLS" ]; then
@@ -242,4 +300,55 @@ if [ -n "$TOOLS" ]; then
   sleep 0.5
   frame_shot options-sheet "$OPTIONS_WINDOW"
   xdotool key --window "$OPTIONS_WINDOW" Escape || true
+fi
+
+# The link "eight" on the profile bar, View > Transfers, and Send Parallel (Ctrl+Return): eight
+# transfer windows, moved beside the screen (minimised, they would take the main window along)
+# so that the dock shows them all at work.
+focus_main
+xdotool key alt+k Down
+sleep 0.5
+xdotool key alt+v r ctrl+Return
+BEFORE=$(find "$DEMO/servers" -type f | wc -l)
+uploads_done $((BEFORE + 4)) || echo "   the eight sites did not start" >&2
+for id in $(xdotool search --onlyvisible --name "^FTP Put to" 2>/dev/null); do
+  xdotool windowmove "$id" 2000 0 2>/dev/null || true
+done
+sleep 0.6
+window_shot transfers-dock
+# Until the last transfer window has closed (30 s at most).
+for _ in $(seq 300); do
+  xdotool search --name "^FTP Put to" >/dev/null 2>&1 || break
+  sleep 0.1
+done
+
+# The main program ends; the unattended runs show their own windows on the desktop.
+kill "$ZELTO_PID" 2>/dev/null || true
+wait "$ZELTO_PID" 2>/dev/null || true
+echo "== zelto -l demo, on a desktop"
+"$ZELTO" -l demo > "$DEMO/run/link.out" 2>&1 &
+LINK_PID=$!
+if find_window "^FTP Put to" >/dev/null; then
+  sleep 1.5
+  shot unattended-link
+fi
+wait "$LINK_PID" && status=0 || status=$?
+echo "   ended with status $status"
+echo "== zelto -b publish.cmd, on a desktop"
+"$ZELTO" -b "$DATA/publish.cmd" > "$DEMO/run/script.out" 2>&1 &
+SCRIPT_PID=$!
+if SCRIPT_WINDOW=$(find_window "^Script "); then
+  sleep 0.5
+  frame_shot unattended-script "$SCRIPT_WINDOW"
+fi
+wait "$SCRIPT_PID" && status=0 || status=$?
+echo "   ended with status $status"
+
+# The main window at a display scale of 1.75, on the same screen.
+echo "== zelto at a scale of 1.75"
+QT_SCALE_FACTOR=1.75 "$ZELTO" > "$DEMO/run/scaled.out" 2>&1 &
+ZELTO_PID=$!
+if MAIN_WINDOW=$(find_window "^Zelto"); then
+  sleep 1.5
+  window_shot main-window-scaled
 fi

@@ -81,7 +81,8 @@ std::size_t BackgroundWork::runningScripts()
 void BackgroundWork::dropEndedScripts()
 {
     // Dropping a run stops it, so only those that have ended go.
-    std::erase_if(scripts_, [](const Script& script) { return script.progress->outcome(); });
+    std::erase_if(
+        scripts_, [](const Script& script) { return script.progress->outcome().has_value(); });
 }
 
 } // namespace zelto

@@ -1,6 +1,7 @@
 #include "HeadlessRun.h"
 
 #include "app/ProgramInfo.h"
+#include "app/RunWindows.h"
 #include "app/StartupChecks.h"
 #include "options/SoundPlayer.h"
 #include "platform/ConsoleNotifier.h"
@@ -32,7 +33,7 @@ int HeadlessRun::run(const StartRequest& request)
         return kExitOk;
     }
     SilentPlayer player;
-    return StartupChecks::runUnattended(request, notifier, player);
+    return StartupChecks::runUnattended(request, notifier, player, {});
 }
 
 } // namespace zelto

@@ -2,6 +2,7 @@
 
 #include "app/LinkCommand.h"
 #include "app/QueueCommand.h"
+#include "app/RunWindows.h"
 #include "app/ScriptCommand.h"
 #include "platform/Notifier.h"
 #include "platform/PrivateProfile.h"
@@ -40,7 +41,7 @@ void StartupChecks::applyQueueStartRule()
 }
 
 int StartupChecks::runUnattended(
-    const StartRequest& request, Notifier& notifier, SoundPlayer& player)
+    const StartRequest& request, Notifier& notifier, SoundPlayer& player, const RunWindows& windows)
 {
     if (const int refused = refusal(request)) {
         notifier.showMessage(StringTable::text(refused), MessageIcon::Stop);
@@ -51,8 +52,8 @@ int StartupChecks::runUnattended(
     if (request.queueRun)
         return QueueCommand::run(notifier, player);
     if (!request.linkName.isEmpty())
-        return LinkCommand::run(request.linkName, notifier, player);
-    return ScriptCommand::run(request.scriptFile, notifier, player);
+        return LinkCommand::run(request.linkName, notifier, player, windows.linkJob);
+    return ScriptCommand::run(request.scriptFile, notifier, player, windows.script);
 }
 
 } // namespace zelto

@@ -5,7 +5,8 @@
 namespace zelto {
 class Notifier;
 class SoundPlayer;
-}
+struct RunWindows;
+} // namespace zelto
 
 namespace zelto {
 
@@ -27,9 +28,10 @@ public:
     static void applyQueueStartRule();
 
     // Runs the unattended work of the command line to its end, or tells `notifier` why it cannot
-    // start. Returns the exit status.
-    [[nodiscard]] static int runUnattended(
-        const StartRequest& request, Notifier& notifier, SoundPlayer& player);
+    // start; `windows` show a link or a script on a desktop. Returns the exit status, the same
+    // with windows as without.
+    [[nodiscard]] static int runUnattended(const StartRequest& request, Notifier& notifier,
+        SoundPlayer& player, const RunWindows& windows);
 };
 
 } // namespace zelto

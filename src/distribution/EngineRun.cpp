@@ -74,6 +74,11 @@ void EngineRun::sendEach(std::vector<FileEntry>& files, const std::function<void
             }
             break;
         }
+        // Until the file's outcome: which file of how many is under way.
+        session_.reporter().setStatus(QStringLiteral("File %1 of %2: %3")
+                                          .arg(entry - files.begin() + 1)
+                                          .arg(files.size())
+                                          .arg(entry->localName));
         send(*entry);
     }
     sounds_->runEnded();
@@ -119,7 +124,6 @@ void EngineRun::fileSent(FileEntry& entry)
     entry.result = FileEntry::kSent;
     entry.message.clear();
     entry.transferred = entry.size;
-    session_.reporter().setStatus(StringTable::text(ids::kLogFtpTransferComplete));
     sounds_->fileDone(true);
 }
 

@@ -47,7 +47,8 @@ void LinkDistribution::start(const QString& name, Ended ended)
             LinkPlan plan = LinkRun::prepare(name);
             if (plan.sites.empty())
                 return Plan {};
-            return Plan { std::move(plan.sites), FileSet::build(plan.files) };
+            return Plan { std::move(plan.sites), std::move(plan.siteNames),
+                FileSet::build(plan.files) };
         },
         [this](Plan plan) { prepared(std::move(plan)); });
 }
@@ -61,9 +62,11 @@ void LinkDistribution::prepared(Plan plan)
         return;
     }
     files_ = plan.set.files();
-    for (const SiteRecord& record : plan.sites) {
+    for (std::size_t i = 0; i < plan.sites.size(); ++i) {
+        const SiteRecord& record = plan.sites[i];
         JobSite site;
         site.server = record.host;
+        site.name = plan.siteNames[i];
         site.user = record.user;
         site.password = record.password;
         site.port = quint16(record.port);

@@ -59,6 +59,7 @@ private:
     struct Site;
     struct Plan {
         std::vector<SiteRecord> sites;
+        std::vector<QString> siteNames;
         FileSet set;
     };
 

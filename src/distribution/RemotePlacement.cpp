@@ -138,11 +138,4 @@ Placement RemotePlacement::onDisk(
     return place(remoteFolder, localFolder, localName, mode, &joinPath);
 }
 
-QString RemotePlacement::shownPath(const QString& path)
-{
-    if (path.size() <= kShownPathLength)
-        return path;
-    return path.mid(path.size() - kShownPathLength - 1);
-}
-
 } // namespace zelto

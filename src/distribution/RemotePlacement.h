@@ -68,12 +68,6 @@ public:
     // joined with this system's separator.
     [[nodiscard]] static Placement onDisk(const QString& remoteFolder, const QString& localFolder,
         const QString& localName, DirTree mode);
-
-    // A path text as the transfer window shows it in its narrow field: a text longer than
-    // kShownPathLength characters is shown from character (length - kShownPathLength - 1) on, so
-    // that its end is visible.
-    static constexpr int kShownPathLength = 36;
-    [[nodiscard]] static QString shownPath(const QString& path);
 };
 
 } // namespace zelto

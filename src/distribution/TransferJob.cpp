@@ -61,7 +61,7 @@ TransferJob::TransferJob(
     if (setup_.target)
         setup_.target->totalBytes = total;
     if (!setup_.sites.empty())
-        currentServer_ = setup_.sites.front().server;
+        current_ = setup_.sites.front();
 }
 
 void TransferJob::start(std::function<void()> finished)
@@ -92,7 +92,13 @@ void TransferJob::launchWorker(std::vector<JobSite> sites)
 QString TransferJob::currentServer() const
 {
     const std::lock_guard lock(mutex_);
-    return currentServer_;
+    return current_.server;
+}
+
+QString TransferJob::currentSiteName() const
+{
+    const std::lock_guard lock(mutex_);
+    return current_.name;
 }
 
 std::vector<TransferJob::SiteResult> TransferJob::results() const
@@ -166,7 +172,7 @@ void TransferJob::work(const std::shared_ptr<Worker>& worker, std::stop_token st
                 break;
             site = worker->sites[worker->next];
             if (walker_ == worker)
-                currentServer_ = site.server;
+                current_ = site;
         }
         gate_.pass(stop);
         if (stop.stop_requested())

@@ -77,6 +77,8 @@ public:
     // The server of the site under way (the first site's until the worker has begun), for the
     // window's title and its cancel question.
     [[nodiscard]] QString currentServer() const;
+    // The profile name of the site under way; empty when the job was not started from a profile.
+    [[nodiscard]] QString currentSiteName() const;
     // A copy's destination server, for the window's title; empty for the other modes.
     [[nodiscard]] QString targetServer() const
     {
@@ -138,7 +140,7 @@ private:
     mutable std::mutex mutex_;
     std::vector<std::shared_ptr<Worker>> workers_; // running
     std::shared_ptr<Worker> walker_; // the worker that walks the list now
-    QString currentServer_;
+    JobSite current_;
     std::vector<SiteResult> results_;
 };
 

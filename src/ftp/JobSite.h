@@ -14,6 +14,7 @@ struct JobSite {
     quint16 port = 21;
     QString remoteFolder;
     qint64 totalBytes = 0;
+    QString name; // the site's profile, when the job was started from one; for titles only
 };
 
 } // namespace zelto

@@ -37,7 +37,7 @@ RoundProgress::RoundProgress(SessionReporter& reporter, qint64 fileSize,
     , total_(total)
 {
     if (jobStart_)
-        runningTime_.emplace(*jobStart_);
+        runningTime_ = &reporter_.runningTime(*jobStart_);
 }
 
 void RoundProgress::start()
@@ -45,6 +45,9 @@ void RoundProgress::start()
     if (auto* progress = reporter_.progress()) {
         progress->setFileBar(progress->barPosition(0, fileSize_));
         progress->setFileBytes(0, fileSize_);
+        progress->setText(Text::FileBytes, ProgressText::bytesText(0, fileSize_));
+        progress->setText(Text::FileRate, {});
+        progress->setText(Text::FileTimeLeft, {});
     }
 }
 

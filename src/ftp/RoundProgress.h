@@ -32,7 +32,8 @@ public:
         std::optional<Clock::time_point> jobStart, Total total,
         Clock::time_point fileStart = Clock::now());
 
-    // The file's bar at its start position and its bytes at 0.
+    // The file's bar at its start position, its bytes at 0 and its rate and time left empty: the
+    // figures of the file before must not stand under this one until its first texts are due.
     void start();
     // One round that moved `bytes`, ending at `now`.
     void round(qint64 bytes, Clock::time_point now = Clock::now());
@@ -49,7 +50,7 @@ private:
     qint64 fileSize_;
     std::optional<Clock::time_point> jobStart_;
     Clock::time_point fileStart_;
-    std::optional<RunningTime> runningTime_;
+    RunningTime* runningTime_ = nullptr; // the job's, kept by the reporter
     Total total_;
     qint64 moved_ = 0;
     qint64 rounds_ = 0;

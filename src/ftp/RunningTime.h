@@ -11,8 +11,12 @@ class RunningTime final {
 public:
     using Clock = std::chrono::steady_clock;
 
-    // One per pump run (one file): the previous value of the rule starts at 0 for each file.
+    // One per job, kept across its files: the previous value of the rule starts at 0 with the
+    // job, so a file that starts late in the job adds only its own rounds, not the whole job so
+    // far.
     explicit RunningTime(Clock::time_point jobStart) : jobStart_(jobStart) { }
+
+    [[nodiscard]] Clock::time_point jobStart() const { return jobStart_; }
 
     // The amount to add to the running-time total after a round ending at `now`: the whole
     // seconds since the job start modulo 60, less the same value at the previous round. When the

@@ -91,6 +91,13 @@ void SessionReporter::startBatch(qint64 total)
     progress_->setJobBar(progress_->barPosition(0, total));
 }
 
+RunningTime& SessionReporter::runningTime(RunningTime::Clock::time_point jobStart)
+{
+    if (!runningTime_ || runningTime_->jobStart() != jobStart)
+        runningTime_.emplace(jobStart);
+    return *runningTime_;
+}
+
 void SessionReporter::keepQuickConnect(const JobSite& site) const
 {
     using namespace settings::ftp;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ftp/FtpResult.h"
+#include "ftp/RunningTime.h"
 #include "platform/TrayIndicator.h"
 
 #include <QString>
@@ -51,6 +52,9 @@ public:
     [[nodiscard]] qint64 batchTotalBytes() const { return batchTotalBytes_; }
     [[nodiscard]] qint64 batchDoneBytes() const { return batchDoneBytes_; }
     void addBatchDoneBytes(qint64 bytes) { batchDoneBytes_ += bytes; }
+    // The running-time rule of the job that started at `jobStart`: the same one for each of its
+    // files, a new one for a new job.
+    [[nodiscard]] RunningTime& runningTime(RunningTime::Clock::time_point jobStart);
 
     // The typed values of a quick connect, for the next quick-connect dialog; a store that
     // cannot be written is told with the warning icon.
@@ -63,6 +67,7 @@ private:
     qint64 batchTotalBytes_ = 0;
     qint64 batchDoneBytes_ = 0;
     std::optional<TrayState> tray_;
+    std::optional<RunningTime> runningTime_;
 };
 
 } // namespace zelto

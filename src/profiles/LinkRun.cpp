@@ -31,8 +31,10 @@ LinkPlan LinkRun::prepare(const QString& name)
         plan.totalBytes += entry.size;
         plan.files.push_back(std::move(entry));
     }
-    for (const LinkSite& site : link.sites)
+    for (const LinkSite& site : link.sites) {
         plan.sites.push_back(SiteProfile::readSite(site.profile, linkfile::kValueBuffer));
+        plan.siteNames.push_back(SiteProfile::nameOf(site.profile));
+    }
     return plan;
 }
 

@@ -15,6 +15,7 @@ struct LinkPlan {
     std::vector<FileListEntry> files;
     qint64 totalBytes = 0;
     std::vector<SiteRecord> sites;
+    std::vector<QString> siteNames; // each site's profile name, in the order of `sites`
 };
 
 // Prepares the run of a link (from the menu, the scheduler, a script or the command line); the

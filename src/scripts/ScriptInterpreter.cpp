@@ -131,8 +131,8 @@ void ScriptInterpreter::open(const ScriptLine& line)
 
     const QString subject = ScriptReport::subject(name);
     using Log = ScriptReport::Log;
-    const auto connected
-        = added.session->connectJob({ added.host, added.user, added.password, added.port, {}, 0 });
+    const auto connected = added.session->connectJob(
+        { added.host, added.user, added.password, added.port, {}, 0, {} });
     // The connect logs its own steps, except a refused login.
     if (!added.session->connection()) {
         report_.failed(subject, ids::kLogInternetConnectionFailed, {}, connected.text(), {},

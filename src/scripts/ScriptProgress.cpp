@@ -8,10 +8,10 @@ void ScriptProgress::addLine(const QString& line)
     lines_.append(line);
 }
 
-void ScriptProgress::ended(bool allSucceeded)
+void ScriptProgress::ended(const ScriptTally& tally)
 {
     const std::lock_guard lock(mutex_);
-    outcome_ = allSucceeded;
+    outcome_ = tally;
 }
 
 QStringList ScriptProgress::linesFrom(qsizetype first) const
@@ -20,7 +20,7 @@ QStringList ScriptProgress::linesFrom(qsizetype first) const
     return lines_.mid(first);
 }
 
-std::optional<bool> ScriptProgress::outcome() const
+std::optional<ScriptTally> ScriptProgress::outcome() const
 {
     const std::lock_guard lock(mutex_);
     return outcome_;

@@ -15,17 +15,17 @@ namespace zelto {
 class ScriptProgress final : public ScriptProgressSink {
 public:
     void addLine(const QString& line) override;
-    void ended(bool allSucceeded) override;
+    void ended(const ScriptTally& tally) override;
 
     // The lines from `first` on (a window asks for those it has not shown yet).
     [[nodiscard]] QStringList linesFrom(qsizetype first) const;
-    // None while the run goes on; then whether every line succeeded.
-    [[nodiscard]] std::optional<bool> outcome() const;
+    // None while the run goes on; then how it ended.
+    [[nodiscard]] std::optional<ScriptTally> outcome() const;
 
 private:
     mutable std::mutex mutex_;
     QStringList lines_;
-    std::optional<bool> outcome_;
+    std::optional<ScriptTally> outcome_;
 };
 
 } // namespace zelto

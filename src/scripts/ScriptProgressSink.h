@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scripts/ScriptTally.h"
+
 #include <QString>
 
 namespace zelto {
@@ -13,9 +15,8 @@ public:
     // One progress line, in the order of the steps.
     virtual void addLine(const QString& line) = 0;
     // The run has ended and its connections are closed; the run counts as finished once this
-    // has returned. `allSucceeded` is false when any line failed or the run was stopped before
-    // the end of the script.
-    virtual void ended(bool allSucceeded) = 0;
+    // has returned.
+    virtual void ended(const ScriptTally& tally) = 0;
 };
 
 } // namespace zelto

@@ -47,6 +47,7 @@ LogEvent ScriptReport::fields(const QString& field1, const QString& field2, cons
 void ScriptReport::succeeded(
     const QString& subject, int eventId, const QString& object, LogEvent record, Log log)
 {
+    ++successes_;
     sink_.addLine(stepLine(subject, eventId, object));
     if (log == Log::Write)
         write(eventId, std::move(record), {});

@@ -43,7 +43,8 @@ public:
     void malformed(const QString& shownLine);
     void unparsable(const QString& shownLine);
 
-    [[nodiscard]] bool anyFailed() const { return failures_ > 0; }
+    [[nodiscard]] int successes() const { return successes_; }
+    [[nodiscard]] int failures() const { return failures_; }
 
 private:
     [[nodiscard]] static QString stepLine(
@@ -52,6 +53,7 @@ private:
 
     ScriptProgressSink& sink_;
     LogSink& log_;
+    int successes_ = 0;
     int failures_ = 0;
 };
 

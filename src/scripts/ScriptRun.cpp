@@ -95,9 +95,10 @@ void ScriptRun::run(
         }
         interpreter.finish();
     }
-    const bool succeeded = !report.anyFailed() && !stop.stop_requested();
+    const ScriptTally tally { report.successes(), report.failures(), stop.stop_requested() };
+    const bool succeeded = tally.allSucceeded();
     // The sink hears of the end before anyone waiting for it does.
-    shared.sink->ended(succeeded);
+    shared.sink->ended(tally);
     {
         const std::lock_guard lock(shared.mutex);
         shared.finished = true;

@@ -15,6 +15,7 @@
 #include "app/ui/ProfileBar.h"
 #include "distribution/TransferJob.h"
 #include "distribution/ui/CFtpView.h"
+#include "distribution/ui/MultiplePut.h"
 #include "log/ui/CLogView.h"
 #include "platform/StringTable.h"
 #include "profiles/ui/CFileListView.h"
@@ -32,12 +33,16 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
+#include <QSet>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
+#include <QToolBar>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -184,6 +189,103 @@ TEST(MainFrameTest, ViewsStayInTheirPanesAcrossScreens)
     }
 }
 
+// Tab goes through the panes in reading order and out of the log again, whichever views were
+// made first.
+TEST(MainFrameTest, TabGoesThroughThePanesInReadingOrder)
+{
+    FrameRun run;
+    SettingsStore::set(config::kProfileBar, 1);
+    FrameViews views;
+    views.log = new CLogView(run.services.log(), run.notifier);
+    views.fileList = new CFileListView(run.notifier);
+    views.sitesList = new CFtpView;
+    CMainFrame& frame = run.shown(views);
+    // Wide enough for the whole profile bar: a list that does not fit is in its overflow menu.
+    frame.resize(frame.screen()->availableGeometry().width(), 500);
+    frame.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+    const ProfileBar& bar = frame.profileBar();
+    const QWidget* order[] = { bar.sites(), bar.fileLists(), bar.links(), views.sitesList,
+        views.fileList, views.log, bar.sites() };
+    bar.sites()->setFocus(Qt::TabFocusReason);
+    for (std::size_t i = 1; i < std::size(order); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const QWidget* focus = QApplication::focusWidget();
+        EXPECT_TRUE(focus == order[i] || order[i]->isAncestorOf(focus))
+            << i << ": " << (focus ? focus->metaObject()->className() : "none");
+    }
+}
+
+// Every item of every menu is reached by a letter of its own in that menu.
+TEST(MainFrameTest, EveryMenuItemHasItsOwnAccessKey)
+{
+    FrameRun run;
+    FrameViews views;
+    auto* sites = new CFtpView;
+    auto* files = new CFileListView(run.notifier);
+    MultiplePut multiplePut(
+        *sites, *files, run.services.jobs(), run.services.threads(), run.background.bookkeeping());
+    views.sitesList = sites;
+    views.fileList = files;
+    views.multiplePutActions = multiplePut.actions();
+    CMainFrame& frame = run.open(views);
+    std::vector<std::pair<QString, QList<QAction*>>> menus { { QStringLiteral("menu bar"),
+        frame.menuBar()->actions() } };
+    for (std::size_t i = 0; i < menus.size(); ++i) {
+        for (QAction* action : menus[i].second) {
+            if (action->menu())
+                menus.emplace_back(action->text(), action->menu()->actions());
+        }
+    }
+    menus.emplace_back(QStringLiteral("tray"),
+        frame.findChild<QMenu*>(QString(), Qt::FindDirectChildrenOnly)->actions());
+    for (const auto& [menu, actions] : menus) {
+        QSet<QChar> keys;
+        for (const QAction* action : actions) {
+            if (action->isSeparator())
+                continue;
+            const QString text = action->text();
+            const qsizetype at = text.indexOf(u'&');
+            ASSERT_TRUE(at >= 0 && at + 1 < text.size())
+                << menu.toStdString() << ": " << text.toStdString();
+            const QChar key = text.at(at + 1).toLower();
+            EXPECT_FALSE(keys.contains(key)) << menu.toStdString() << ": " << text.toStdString();
+            keys.insert(key);
+        }
+    }
+}
+
+// The tool bar's buttons each have an icon of their own, drawn at the pixels of a 1.75 scale
+// rather than blown up from a smaller picture.
+TEST(MainFrameTest, ToolBarIconsDifferAndAreSharpAtAnyScale)
+{
+    FrameRun run;
+    auto* sites = new CFtpView;
+    auto* files = new CFileListView(run.notifier);
+    MultiplePut multiplePut(
+        *sites, *files, run.services.jobs(), run.services.threads(), run.background.bookkeeping());
+    FrameViews views;
+    views.sitesList = sites;
+    views.fileList = files;
+    views.multiplePutActions = multiplePut.actions();
+    CMainFrame& frame = run.open(views);
+    const auto* bar = frame.findChild<QToolBar*>(QStringLiteral("toolBar"));
+    ASSERT_NE(bar, nullptr);
+    std::vector<std::pair<QString, QImage>> icons;
+    for (const QAction* action : bar->actions()) {
+        if (action->isSeparator())
+            continue;
+        const QPixmap pixmap = action->icon().pixmap(QSize(24, 24), 1.75);
+        EXPECT_EQ(pixmap.size(), QSize(42, 42)) << action->text().toStdString();
+        EXPECT_EQ(pixmap.devicePixelRatio(), 1.75) << action->text().toStdString();
+        for (const auto& [other, image] : icons)
+            EXPECT_NE(image, pixmap.toImage())
+                << action->text().toStdString() << " looks like " << other.toStdString();
+        icons.emplace_back(action->text(), pixmap.toImage());
+    }
+    EXPECT_EQ(icons.size(), 6U);
+}
+
 TEST(MainFrameTest, GeometryIsRestoredAndWrittenOnEveryMoveAndResizeButNotAtClose)
 {
     FrameRun run;
@@ -204,6 +306,20 @@ TEST(MainFrameTest, GeometryIsRestoredAndWrittenOnEveryMoveAndResizeButNotAtClos
     SettingsStore::writeInt(section, QStringLiteral("x"), 999);
     frame.close();
     EXPECT_EQ(key("x"), 999);
+}
+
+// A size kept at a larger scale, or on a larger screen, is cut to the screen's free area.
+TEST(MainFrameTest, TheWindowFitsTheScreen)
+{
+    FrameRun run;
+    const QString section = QStringLiteral("Dimensions\\Main\\Mainframe");
+    for (const auto& [name, value] :
+        { std::pair { "Width", 5000 }, { "Height", 4000 }, { "x", 0 }, { "y", 0 } })
+        SettingsStore::writeInt(section, name, value);
+    const CMainFrame& fitted = run.open();
+    const QSize free = fitted.screen()->availableGeometry().size();
+    EXPECT_LE(fitted.width(), free.width());
+    EXPECT_LE(fitted.height(), free.height());
 }
 
 TEST(MainFrameTest, TrayMenuOpensTwiceOverAShownWindowAndCloseZeltoEndsTheProgram)
@@ -549,7 +665,7 @@ TEST(MainFrameTest, QuitWhileATransferRunsAsksAndQueuesTheFilesItStopped)
     ASSERT_TRUE(makeFile(local.filePath(QStringLiteral("late.bin")), 1000, 1));
     TransferJob::Setup setup;
     const FtpUser& user = server.users().front();
-    setup.sites = { { FtpServer::host(), user.name, user.password, server.port(), {}, 0 } };
+    setup.sites = { { FtpServer::host(), user.name, user.password, server.port(), {}, 0, {} } };
     FileEntry& file = setup.files.emplace_back();
     file.localFolder = local.path();
     file.localName = QStringLiteral("late.bin");

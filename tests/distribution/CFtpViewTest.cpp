@@ -162,5 +162,49 @@ TEST_F(FtpViewTest, AChooserWithoutProfilesLeadsToMakingOne)
     EXPECT_EQ(view_.model()->rowCount(), 0);
 }
 
+// From the filter, Return takes the only profile left (and nothing while several are), Down
+// moves into the list; the list reads by folder, then name, with the folder in a column.
+TEST_F(FtpViewTest, ChooserKeysAndOrder)
+{
+    writeProfile("shop/zeta", "Host=files.zeta.test\n");
+    writeProfile("shop/acme", "Host=ftp.acme.test\n");
+    writeProfile("mirror", "Host=acme-mirror.test\n");
+    {
+        CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root());
+        const auto* list = chooser.findChild<QTreeView*>();
+        QStringList rows;
+        for (int row = 0; row < list->model()->rowCount(); ++row)
+            rows << list->model()->index(row, 0).data().toString() + u'|'
+                    + list->model()->index(row, 1).data().toString();
+        EXPECT_EQ(rows, QStringList({ "mirror|", "acme|shop", "zeta|shop" }));
+    }
+    const struct {
+        const char* filter;
+        Qt::Key key;
+        int result;
+        QStringList chosen;
+        bool listFocused;
+    } cases[] = {
+        { "zeta", Qt::Key_Return, QDialog::Accepted, { profile("shop/zeta") }, false },
+        { "ZETA", Qt::Key_Enter, QDialog::Accepted, { profile("shop/zeta") }, false },
+        { "acme", Qt::Key_Return, QDialog::Rejected, {}, false },
+        { "acme", Qt::Key_Down, QDialog::Rejected, { profile("mirror") }, true },
+        { "nothing", Qt::Key_Down, QDialog::Rejected, {}, false },
+    };
+    for (const auto& c : cases) {
+        CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root());
+        chooser.show();
+        chooser.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&chooser));
+        auto* filter = chooser.findChild<QLineEdit*>();
+        filter->setFocus();
+        filter->setText(QLatin1String(c.filter));
+        QTest::keyClick(filter, c.key);
+        EXPECT_EQ(chooser.result(), c.result) << c.filter;
+        EXPECT_EQ(chooser.chosen(), c.chosen) << c.filter;
+        EXPECT_EQ(chooser.findChild<QTreeView*>()->hasFocus(), c.listFocused) << c.filter;
+    }
+}
+
 } // namespace
 } // namespace zelto::test

@@ -63,10 +63,16 @@ TEST_F(LinkProgramTest, ExitStatusAndLinesTellWhatReachedEachSite)
         { "a link without sites", QStringLiteral("empty"), 0, {}, {},
             QStringLiteral("Link empty has no sites: nothing to send.") },
     };
-    for (const Case& c : cases) {
+    // On a desktop the sites' transfer windows show the run; its lines and status stay.
+    QProcessEnvironment desktop;
+    desktop.insert(QStringLiteral("DISPLAY"), QStringLiteral(":97"));
+    desktop.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    for (const auto& [c, environment] :
+        { std::pair(cases[0], QProcessEnvironment()), std::pair(cases[1], QProcessEnvironment()),
+            std::pair(cases[2], QProcessEnvironment()), std::pair(cases[1], desktop) }) {
         clearServers();
-        const ProgramResult result
-            = runProgram(QStringLiteral(ZELTO_PROGRAM), { QStringLiteral("-l"), c.link });
+        const ProgramResult result = runProgram(
+            QStringLiteral(ZELTO_PROGRAM), { QStringLiteral("-l"), c.link }, environment);
         EXPECT_EQ(result.exitCode, c.exitCode) << c.what << "\n" << result.err.toStdString();
         EXPECT_TRUE(result.out.contains(c.inOut)) << c.what << ":\n" << result.out.toStdString();
         for (int server : c.served) {

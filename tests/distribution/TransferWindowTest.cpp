@@ -4,15 +4,18 @@
 
 #include "DistributionFixture.h"
 #include "TestNotifier.h"
-#include "distribution/RemotePlacement.h"
+#include "distribution/TransferMode.h"
 #include "distribution/ui/CTransferDlg.h"
+#include "distribution/ui/CTransfersDock.h"
 #include "platform/StringIds.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTest>
 
 #include <array>
@@ -49,6 +52,43 @@ TEST(TransferWindowCascadeTest, FollowsTheAnchorUntilAnEdge)
     };
     for (const Case& c : cases)
         EXPECT_EQ(CTransferDlg::cascadePosition(c.anchor, c.screen), c.expected) << c.what;
+}
+
+TEST(TransferWindowTextTest, TitlesNameTheProfileWhereOneIsKnown)
+{
+    const std::tuple<TransferMode, const char*, const char*, const char*, const char*> cases[] = {
+        { TransferMode::DistributionPut, "10.0.0.5", "", "", "FTP Put to: 10.0.0.5" },
+        { TransferMode::DistributionPut, "10.0.0.5", "", "shop/acme",
+            "FTP Put to: 10.0.0.5 (shop/acme)" },
+        { TransferMode::Put, "ftp.acme.test", "", "ftp.acme.test", "FTP Put to: ftp.acme.test" },
+        { TransferMode::Get, "10.0.0.5", "", "mirror", "FTP Get from: 10.0.0.5 (mirror)" },
+        { TransferMode::Copy, "a.test", "b.test", "", "FTP Transfer from:a.test to b.test" },
+    };
+    for (const auto& [mode, server, target, name, title] : cases)
+        EXPECT_EQ(CTransferDlg::titleOf(
+                      mode, QLatin1String(server), QLatin1String(target), QLatin1String(name)),
+            QLatin1String(title));
+}
+
+TEST(TransferWindowTextTest, LongPathsLoseTheirStartToAnEllipsis)
+{
+    const QFontMetrics metrics(QApplication::font());
+    const QString longPath = QStringLiteral("/srv/data/customers/acme/incoming/2024/report.pdf");
+    const int wide = metrics.horizontalAdvance(longPath);
+    const std::tuple<const char*, QString, int, bool> cases[] = {
+        { "fits", longPath, wide, false },
+        { "a pixel short", longPath, wide - 1, true },
+        { "half", longPath, wide / 2, true },
+        { "empty", QString(), 10, false },
+    };
+    for (const auto& [what, path, width, elided] : cases) {
+        const QString shown = CTransferDlg::elidedPath(path, metrics, width);
+        EXPECT_LE(metrics.horizontalAdvance(shown), width) << what;
+        EXPECT_EQ(shown.startsWith(u'…'), elided) << what;
+        EXPECT_TRUE(path.endsWith(elided ? shown.mid(1) : shown)) << what;
+    }
+    // However narrow, the file's name is what stays longest.
+    EXPECT_TRUE(CTransferDlg::elidedPath(longPath, metrics, wide / 3).endsWith(u"report.pdf"));
 }
 
 class TransferWindowTest : public DistributionFixture {
@@ -90,7 +130,8 @@ protected:
     TestNotifier notifier_;
 };
 
-// What the window shows is what the job publishes, paths cut to their tails.
+// What the window shows is what the job publishes, a long path elided at its start with the whole
+// of it in the tool tip.
 [[nodiscard]] bool shows(const CTransferDlg& window, const JobProgress::Snapshot& progress)
 {
     static constexpr const char* kTexts[] = { "jobBytes", "jobRate", "jobTimeLeft", "fileBytes",
@@ -101,7 +142,11 @@ protected:
             = which == JobProgress::Text::LocalPath || which == JobProgress::Text::RemotePath;
         const QString& text = progress.text(which);
         const auto* label = window.findChild<QLabel*>(QLatin1String(kTexts[i]));
-        if (!label || label->text() != (path ? RemotePlacement::shownPath(text) : text))
+        if (!label)
+            return false;
+        const QString shown
+            = path ? CTransferDlg::elidedPath(text, label->fontMetrics(), label->width()) : text;
+        if (label->text() != shown || (path && label->toolTip() != text))
             return false;
     }
     const auto* jobBar = window.findChild<QProgressBar*>(QStringLiteral("jobBar"));
@@ -143,7 +188,8 @@ TEST_F(TransferWindowTest, EveryWayToCancelAsksFirst)
 TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
 {
     // One file large enough to be caught in its transfer, in a folder whose path the window cuts.
-    const QString folder = local_.path() + QStringLiteral("/a-folder-with-a-rather-long-name");
+    const QString folder = local_.path()
+        + QStringLiteral("/a-folder-with-a-rather-long-name/and-another-below-it/and-one-more");
     const QString name = QStringLiteral("data.bin");
     ASSERT_TRUE(makeFile(folder + u'/' + name, 64 << 20, 7));
     const auto files = FileSet::build({ listed(folder, name) }).files();
@@ -174,8 +220,8 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
     const QString localPath = progress.text(JobProgress::Text::LocalPath);
     EXPECT_EQ(localPath, folder + u'/' + name);
     const auto* shownLocal = window->findChild<QLabel*>(QStringLiteral("localPath"));
-    EXPECT_TRUE(localPath.endsWith(shownLocal->text()));
-    EXPECT_LT(shownLocal->text().size(), localPath.size());
+    EXPECT_TRUE(shownLocal->text().startsWith(u'…')) << shownLocal->text().toStdString();
+    EXPECT_TRUE(localPath.endsWith(shownLocal->text().mid(1)));
     EXPECT_EQ(shownLocal->toolTip(), localPath);
     EXPECT_FALSE(progress.text(JobProgress::Text::RemotePath).isEmpty());
 
@@ -185,6 +231,53 @@ TEST_F(TransferWindowTest, ShowsTheRunningJobAndClosesWhenItEnds)
         kDeadline));
     EXPECT_TRUE(closed(window));
     EXPECT_TRUE(job->done());
+}
+
+// The Transfers dock lists each open transfer window in the order they were opened, with the
+// job's site and status, and loses a row when its window closes.
+TEST_F(TransferWindowTest, TransfersDockListsTheOpenWindows)
+{
+    stall(0, "USER", FtpFaults::kForever);
+    stall(1, "USER", FtpFaults::kForever);
+    JobSite named = site(1);
+    named.name = QStringLiteral("shop/acme");
+    const auto first = makeJob({ site(0) }, false);
+    const auto second = makeJob({ named }, false);
+    const auto a = open(first);
+    const auto b = open(second);
+    first->start();
+    second->start();
+    ASSERT_TRUE(commandSeen(0, "USER", 0));
+    ASSERT_TRUE(commandSeen(1, "USER", 0));
+
+    CTransfersDock dock;
+    dock.show();
+    const auto* table = dock.findChild<QTableWidget*>(QStringLiteral("transfers"));
+    ASSERT_NE(table, nullptr);
+    const auto rows = [&] {
+        QStringList texts;
+        for (int row = 0; row < table->rowCount(); ++row)
+            texts << table->item(row, CTransfersDock::Site)->text() + u'|'
+                    + table->item(row, CTransfersDock::State)->text();
+        return texts;
+    };
+    EXPECT_TRUE(waitUntil(
+        [&] {
+            dock.refresh();
+            return rows()
+                == QStringList { QStringLiteral("127.0.0.1|Connecting ..."),
+                       QStringLiteral("127.0.0.1 (shop/acme)|Connecting ...") };
+        },
+        kDeadline))
+        << rows().join(u'\n').toStdString();
+    EXPECT_EQ(dock.windows(), (QList<CTransferDlg*> { a.data(), b.data() }));
+
+    first->cancel();
+    EXPECT_TRUE(closed(a));
+    dock.refresh();
+    EXPECT_EQ(dock.windows(), QList<CTransferDlg*> { b.data() });
+    second->cancel();
+    EXPECT_TRUE(closed(b));
 }
 
 // Each answer, for one site and for a serial job held by server 0: the window closes at once only

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace zelto {
 namespace {
 
@@ -34,23 +36,35 @@ TEST(CStatisticsDlg, FieldsFollowTheCountersEverySecondWhileShown)
     TransferCounters::Snapshot counts;
     CStatisticsDlg dialog(nullptr, [&] { return counts; });
 
-    const std::pair<TransferCounters::Snapshot, QStringList> steps[] = {
-        { {}, { "", "", "", "", "0", "", "", "", "" } },
-        // Bytes but no time yet: the rate and time fields stay blank.
-        { { 1500, 0, 0, 0, 0, 1, 0, 0 }, { "1,500", "", "", "", "1", "", "", "", "" } },
+    // Each step: the counters, the fields, and whether the bar moves (bytes moved since the
+    // step before).
+    const std::tuple<TransferCounters::Snapshot, QStringList, bool> steps[] = {
+        // Idle: an empty bar and zeros, not blanks.
+        { {}, { "0", "0", "0", "0", "0", "0.00", "0 secs", "0.00", "0 secs" }, false },
+        // Bytes but no time yet: the rate and time fields keep their zeros.
+        { { 1500, 0, 0, 0, 0, 1, 0, 0 },
+            { "1,500", "0", "0", "0", "1", "0.00", "0 secs", "0.00", "0 secs" }, true },
         // The remote rate pairs the received bytes with the copy time.
         { { 1500, 500, 1234567, 2000, 7450000, 4, 2.0, 3725 },
             { "1,500", "500", "1,234,567", "2,000", "4", "1.00", "2 secs", "2.00",
-                "1 hr 2 min 5 secs" } },
+                "1 hr 2 min 5 secs" },
+            true },
         // A time that is not above zero leaves rate and time as they were.
         { { 9000, 1000, 1234567, 2000, 8000000, 5, 0, -1 },
             { "9,000", "1,000", "1,234,567", "2,000", "5", "1.00", "2 secs", "2.00",
-                "1 hr 2 min 5 secs" } },
+                "1 hr 2 min 5 secs" },
+            true },
+        // Nothing moved since: the bar is empty again.
+        { { 9000, 1000, 1234567, 2000, 8000000, 5, 0, -1 },
+            { "9,000", "1,000", "1,234,567", "2,000", "5", "1.00", "2 secs", "2.00",
+                "1 hr 2 min 5 secs" },
+            false },
     };
-    for (const auto& [snapshot, expected] : steps) {
+    for (const auto& [snapshot, expected, busy] : steps) {
         counts = snapshot;
         dialog.refresh();
         EXPECT_EQ(shown(dialog), expected);
+        EXPECT_EQ(dialog.showsBusy(), busy) << expected.join(u' ').toStdString();
     }
 
     dialog.show();

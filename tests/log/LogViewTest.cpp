@@ -10,6 +10,9 @@
 #include "platform/StringTable.h"
 #include "settings/SettingsStore.h"
 
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QPrinter>
@@ -117,6 +120,73 @@ TEST_F(LogViewTest, FilterWritesViewKeyAndShowsMatchingRecordsInOrder)
         StringTable::text(ids::kLogInternetConnectionClosed));
 }
 
+TEST_F(LogViewTest, HeadersSortAndTheMenuCopiesSelectsAndClearsAfterAsking)
+{
+    write(ids::kLogFtpTransferComplete, QStringLiteral("b"));
+    write(ids::kLogFtpTransferFailed, QStringLiteral("a"), QStringLiteral("550 denied"));
+    write(ids::kLogMakeDirectoryOk, QStringLiteral("C"));
+    deliver();
+
+    // Each step: a sort, then a record written (or none), and the rows after it.
+    const std::tuple<int, Qt::SortOrder, const char*, QStringList> steps[] = {
+        { LogTableModel::Field1, Qt::AscendingOrder, nullptr, { "a", "b", "C" } },
+        { LogTableModel::Field1, Qt::DescendingOrder, nullptr, { "C", "b", "a" } },
+        // A later record takes its place in the order shown, not the last row.
+        { LogTableModel::Field1, Qt::DescendingOrder, "bb", { "C", "bb", "b", "a" } },
+        // The event text, equal texts in the order of writing.
+        { LogTableModel::Message, Qt::AscendingOrder, nullptr, { "b", "bb", "a", "C" } },
+        // Numbers by value: 10 after 9, not after 1.
+        { LogTableModel::Seq, Qt::DescendingOrder, nullptr, { "bb", "C", "a", "b" } },
+        { LogTableModel::Time, Qt::AscendingOrder, nullptr, { "b", "a", "C", "bb" } },
+    };
+    for (const auto& [sortColumn, order, added, rows] : steps) {
+        view_->sortByColumn(sortColumn, order);
+        if (added) {
+            write(ids::kLogFtpTransferComplete, QLatin1StringView(added));
+            deliver();
+        }
+        EXPECT_EQ(column(LogTableModel::Field1), rows) << sortColumn << " " << order;
+    }
+    for (int i = 0; i < 8; ++i)
+        write(ids::kLogFtpConnectionOk, QStringLiteral("n%1").arg(i));
+    deliver();
+    view_->sortByColumn(LogTableModel::Seq, Qt::DescendingOrder);
+    EXPECT_EQ(column(LogTableModel::Seq).mid(0, 3), QStringList({ "12", "11", "10" }));
+    view_->sortByColumn(LogTableModel::Seq, Qt::AscendingOrder);
+
+    // Copy puts the selected rows, in the order shown, as tab-separated lines.
+    const auto action = [&](const QString& text) -> QAction* {
+        for (QAction* candidate : view_->actions())
+            if (candidate->text() == text)
+                return candidate;
+        ADD_FAILURE() << text.toStdString();
+        return nullptr;
+    };
+    view_->selectionModel()->select(
+        model().index(2, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    view_->selectionModel()->select(
+        model().index(1, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    action(QStringLiteral("&Copy"))->trigger();
+    const QString copied = StringTable::text(ids::kLogFtpTransferFailed)
+        + QStringLiteral("\t2\t10:00\t01/02/2024\ta\tsite\t/pub\t550 denied\n")
+        + StringTable::text(ids::kLogMakeDirectoryOk)
+        + QStringLiteral("\t3\t10:00\t01/02/2024\tC\tsite\t/pub\t\n");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), copied);
+    action(QStringLiteral("Select &All"))->trigger();
+    EXPECT_EQ(view_->selectionModel()->selectedRows().size(), model().rowCount());
+
+    // Clear asks first; No keeps every row.
+    const int rows = model().rowCount();
+    notifier_.yes = false;
+    action(QStringLiteral("C&lear"))->trigger();
+    EXPECT_EQ(notifier_.yesNoQuestions.size(), 1);
+    EXPECT_EQ(model().rowCount(), rows);
+    notifier_.yes = true;
+    action(QStringLiteral("C&lear"))->trigger();
+    EXPECT_EQ(model().rowCount(), 0);
+    EXPECT_FALSE(view_->tabKeyNavigation()) << "Tab must leave the log";
+}
+
 TEST_F(LogViewTest, OpenedRecordsJoinWithNewNumbersAndStayOutOfTheLogFile)
 {
     write(ids::kLogFtpConnectionOk, QStringLiteral("before"));
@@ -166,6 +236,7 @@ TEST_F(LogViewTest, SaveWritesOnlyShownRowsAndAsksBeforeReplacing)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
+        notifier_.yes = true;
         view_->clearLog();
         if (c.records) {
             write(ids::kLogFtpTransferComplete, QStringLiteral("a.txt"));

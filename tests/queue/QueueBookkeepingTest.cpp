@@ -14,9 +14,9 @@ namespace zelto::test {
 namespace {
 
 const JobSite kSite { QStringLiteral("ftp.example.org"), QStringLiteral("me"),
-    QStringLiteral("secret"), 2121, QStringLiteral("/pub"), 0 };
+    QStringLiteral("secret"), 2121, QStringLiteral("/pub"), 0, {} };
 const JobSite kTarget { QStringLiteral("second.example.org"), QStringLiteral("you"),
-    QStringLiteral("word"), 21, QStringLiteral("/in"), 0 };
+    QStringLiteral("word"), 21, QStringLiteral("/in"), 0, {} };
 
 FileEntry fileNamed(const QString& name, int result, const QString& message = {})
 {

@@ -129,10 +129,15 @@ protected:
         auto sink = std::make_shared<ScriptProgress>();
         const auto script = start(path, sink);
         EXPECT_TRUE(script->waitFinished(kRunDeadline));
-        // A run succeeds when no step failed, and the sink hears so.
+        // A run succeeds when no step failed, and the sink hears so with a count of each: an
+        // error block per failed step.
         const QStringList lines = sink->linesFrom(0);
         EXPECT_EQ(script->succeeded(), !lines.contains(QStringLiteral("ERROR!")));
-        EXPECT_EQ(sink->outcome(), script->succeeded());
+        const auto tally = sink->outcome();
+        EXPECT_TRUE(tally && tally->allSucceeded() == script->succeeded());
+        EXPECT_TRUE(tally && tally->failed == lines.count(QStringLiteral("ERROR!")));
+        EXPECT_TRUE(tally && tally->succeeded + 5 * tally->failed == lines.size())
+            << "each success is one line, each failure a block of five";
         return lines;
     }
 

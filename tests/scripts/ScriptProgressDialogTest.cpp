@@ -1,5 +1,6 @@
-// The progress window of a script: its button suspends and resumes the run, its list follows the
-// run's lines, and closing it while the run goes on asks first.
+// The progress window of a script: Pause holds and frees the run, its list follows the run's
+// lines and ends with a count of the steps, and Stop or closing it while the run goes on asks
+// first.
 
 #include "ScriptFixture.h"
 #include "TestNotifier.h"
@@ -37,27 +38,33 @@ protected:
     std::shared_ptr<ScriptRun> run_;
 };
 
-TEST_F(ScriptProgressDialogTest, TheButtonHoldsAndFreesTheRunAndTheListFollowsIt)
+TEST_F(ScriptProgressDialogTest, PauseHoldsTheRunAndTheEndOffersClose)
 {
-    const QPointer window = show({ open("a", *a_), "mkdir a one", "close a" }, true);
-    QPushButton* button = window->toggleButton();
+    const QPointer window = show({ open("a", *a_), "mkdir a one", "mkdir a one", "close a" }, true);
+    QPushButton* pause = window->toggleButton();
+    QPushButton* stop = window->stopButton();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Script run.cmd"));
-    EXPECT_EQ(button->text(), StringTable::text(ids::kButtonResume));
+    EXPECT_EQ(pause->text(), QStringLiteral("&Resume"));
+    EXPECT_EQ(stop->text(), QStringLiteral("&Stop"));
 
-    QTest::mouseClick(button, Qt::LeftButton);
-    EXPECT_EQ(button->text(), StringTable::text(ids::kButtonStop));
+    QTest::mouseClick(pause, Qt::LeftButton);
+    EXPECT_EQ(pause->text(), QStringLiteral("&Pause"));
     ASSERT_TRUE(run_->waitFinished(kRunDeadline));
-    // The window's timer brings the last lines and then ends the button.
+    // The window's timer brings the last lines, then a line that counts the steps, and the run's
+    // buttons give way to Close. The second mkdir fails: the folder is there.
+    const QString closing = QStringLiteral("Script ended. Steps succeeded: 4, failed: 1.");
     EXPECT_TRUE(waitUntil(
-        [&] { return window->shownLines() == progress_->linesFrom(0) && !button->isEnabled(); },
+        [&] { return window->shownLines() == progress_->linesFrom(0) + QStringList { closing }; },
         kRunDeadline))
         << window->shownLines().join(u'\n').toStdString();
+    EXPECT_FALSE(pause->isEnabled());
+    EXPECT_EQ(stop->text(), QStringLiteral("&Close"));
     EXPECT_TRUE(window->shownLines().contains(
         step(QStringLiteral("a: "), ids::kLogMakeDirectoryOk, QStringLiteral("one"))))
         << window->shownLines().join(u'\n').toStdString();
 
     // A finished run's window closes without a question.
-    window->close();
+    QTest::mouseClick(stop, Qt::LeftButton);
     EXPECT_TRUE(waitUntil([&] { return window.isNull(); }, 5s));
     EXPECT_TRUE(notifier_.yesNoQuestions.isEmpty());
 }
@@ -66,13 +73,16 @@ TEST_F(ScriptProgressDialogTest, ClosingARunThatGoesOnAsksFirst)
 {
     const struct {
         const char* what;
+        bool withStop; // Stop rather than closing the window
         bool heldByUser;
         bool yes;
         ScriptState after; // of the run, once answered
     } cases[] = {
-        { "No to a running script", false, false, ScriptState::Running },
-        { "No to a script the user suspended", true, false, ScriptState::Suspended },
-        { "Yes", false, true, ScriptState::Finished },
+        { "No to a running script", false, false, false, ScriptState::Running },
+        { "No to a script the user suspended", false, true, false, ScriptState::Suspended },
+        { "Yes", false, false, true, ScriptState::Finished },
+        { "Stop, No", true, false, false, ScriptState::Running },
+        { "Stop, Yes", true, false, true, ScriptState::Finished },
     };
     // The server holds the folder command, and no time-out ends the wait: the run stays under
     // way until it is stopped, however slowly the test runs.
@@ -88,13 +98,31 @@ TEST_F(ScriptProgressDialogTest, ClosingARunThatGoesOnAsksFirst)
         notifier_.yes = c.yes;
         notifier_.yesNoQuestions.clear();
 
-        QTest::keyClick(window, Qt::Key_Escape);
+        if (c.withStop)
+            QTest::mouseClick(window->stopButton(), Qt::LeftButton);
+        else
+            QTest::keyClick(window, Qt::Key_Escape);
         EXPECT_EQ(notifier_.yesNoQuestions,
             QStringList { StringTable::text(ids::kConfirmCancelSending) });
         if (c.yes) {
             ASSERT_TRUE(run_->waitFinished(kRunDeadline));
             EXPECT_FALSE(run_->succeeded());
-            EXPECT_TRUE(waitUntil([&] { return window.isNull(); }, 5s));
+            if (!c.withStop) {
+                EXPECT_TRUE(waitUntil([&] { return window.isNull(); }, 5s));
+                continue;
+            }
+            // Stop keeps the window, which tells how far the run got.
+            EXPECT_TRUE(waitUntil(
+                [&] {
+                    return window->shownLines()
+                               .value(window->shownLines().size() - 1)
+                               .startsWith(
+                                   QStringLiteral("Script stopped. Steps succeeded: 3, failed: 1."))
+                        && window->stopButton()->text() == QStringLiteral("&Close");
+                },
+                kRunDeadline))
+                << window->shownLines().join(u'\n').toStdString();
+            delete window;
             continue;
         }
         EXPECT_EQ(run_->state(), c.after);

@@ -307,7 +307,8 @@ TEST_F(ScriptRunTest, PauseResumeAndStop)
     script->stop();
     ASSERT_TRUE(script->waitFinished(kRunDeadline));
     EXPECT_FALSE(script->succeeded());
-    EXPECT_EQ(sink->outcome(), false);
+    ASSERT_TRUE(sink->outcome());
+    EXPECT_TRUE(sink->outcome()->stopped);
     const Expected put = Expected().opened(kA).fail(kA, kFailed, "up.txt", text(ids::kPutCanceled));
     EXPECT_TRUE(sameLines(sink->linesFrom(0).mid(0, put.lines.size()), put.lines));
     EXPECT_FALSE(QFileInfo::exists(a_->home() + "/late"));

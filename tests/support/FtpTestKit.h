@@ -101,12 +101,12 @@ inline void useDirectAccess()
 inline JobSite siteOf(const FtpServer& server, const QString& folder = {}, qint64 total = 0)
 {
     const auto& user = server.users().front();
-    return { FtpServer::host(), user.name, user.password, server.port(), folder, total };
+    return { FtpServer::host(), user.name, user.password, server.port(), folder, total, {} };
 }
 
 inline JobSite siteOf(const Vsftpd& server, const QString& folder = {}, qint64 total = 0)
 {
-    return { Vsftpd::host(), Vsftpd::user(), Vsftpd::password(), server.port(), folder, total };
+    return { Vsftpd::host(), Vsftpd::user(), Vsftpd::password(), server.port(), folder, total, {} };
 }
 
 // A test against the fixture servers, skipped where none can run: settings of its own with every

@@ -24,12 +24,15 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTimer>
 #include <QToolBar>
 
@@ -104,6 +107,7 @@ CMainFrame::CMainFrame(ProgramServices& services, BackgroundWork& background, No
     setAcceptDrops(true);
     setCentralWidget(screens_->widget());
     buildBars();
+    orderTabs();
     connectCommands();
     // No place stored yet: the user's first start shows every bar, from then on the keys decide.
     const bool firstStart = SettingsStore::getInt(QLatin1StringView(geometry::kMainFrame),
@@ -141,9 +145,31 @@ void CMainFrame::buildBars()
     profileBar_ = new ProfileBar(profileEvents_, this);
     addToolBar(profileBar_);
 
+    if (QDockWidget* transfers = views_.transfers) {
+        addDockWidget(Qt::BottomDockWidgetArea, transfers);
+        transfers->hide();
+        QAction* shown = transfers->toggleViewAction();
+        shown->setText(tr("T&ransfers"));
+        menus_->viewMenu()->addAction(shown);
+    }
+
     schedulerState_ = new QLabel;
     schedulerState_->setToolTip(StringTable::text(ids::kPromptScheduler));
     statusBar()->addPermanentWidget(schedulerState_);
+}
+
+void CMainFrame::orderTabs()
+{
+    // In reading order: the profile bar, the sites, the files, the log; the views are made
+    // before the frame, so the order they were made in is not the one on the screen.
+    QList<QWidget*> chain { profileBar_->sites(), profileBar_->fileLists(), profileBar_->links() };
+    for (QWidget* view : { static_cast<QWidget*>(views_.sitesList),
+             static_cast<QWidget*>(views_.fileList), static_cast<QWidget*>(views_.log) }) {
+        if (view)
+            chain.append(view);
+    }
+    for (qsizetype i = 1; i < chain.size(); ++i)
+        setTabOrder(chain[i - 1], chain[i]);
 }
 
 void CMainFrame::connectCommands()
@@ -374,11 +400,27 @@ void CMainFrame::restoreGeometry()
     const auto read = [&](const char* key, int fallback) {
         return SettingsStore::getInt(section, QLatin1StringView(key), fallback);
     };
-    resize(read(kWidth, kSizeFallback), read(kHeight, kSizeFallback));
     const QPoint place(read(kX, kPlaceFallback), read(kY, kPlaceFallback));
-    // A place on a screen that is gone would leave the window where nobody sees it.
-    if (QGuiApplication::screenAt(place))
-        move(place);
+    const QScreen* shown = QGuiApplication::screenAt(place);
+    QSize size(read(kWidth, kSizeFallback), read(kHeight, kSizeFallback));
+    const QScreen* fitting = shown ? shown : QGuiApplication::primaryScreen();
+    // A size kept at another scale or on a larger screen would put the window's edges out of
+    // reach: it is cut to the screen's free area, less room for the title bar and borders.
+    const QRect free = fitting ? fitting->availableGeometry() : QRect();
+    const int border = style()->pixelMetric(QStyle::PM_DefaultFrameWidth) * 2;
+    const QSize room = free.size()
+        - QSize(2 * border, style()->pixelMetric(QStyle::PM_TitleBarHeight) + 2 * border);
+    if (fitting)
+        size = size.boundedTo(room);
+    resize(size);
+    // A place on a screen that is gone would leave the window where nobody sees it; one that
+    // would push the window past the screen's edge moves it back in.
+    if (shown) {
+        const QPoint last = free.topLeft() + QPoint(room.width(), room.height())
+            - QPoint(size.width(), size.height());
+        move(std::clamp(place.x(), free.left(), std::max(free.left(), last.x())),
+            std::clamp(place.y(), free.top(), std::max(free.top(), last.y())));
+    }
 }
 
 void CMainFrame::placeAtFirstStart()

@@ -77,6 +77,7 @@ protected:
 
 private:
     void buildBars();
+    void orderTabs();
     void connectCommands();
     void connectProfileBar();
     // True on the Multiple FTP Put screen; elsewhere says why the frame refuses its data.

@@ -3,6 +3,7 @@
 #include "app/ui/FrameCommands.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "widgets/ToolIcons.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -10,6 +11,8 @@
 #include <QMenuBar>
 #include <QStyle>
 #include <QToolBar>
+
+#include <utility>
 
 namespace zelto {
 namespace {
@@ -22,16 +25,21 @@ struct Look {
 
 // Icons from the desktop's theme, or the style's own where the theme has none.
 constexpr Look kLooks[] = {
-    { cmd::kStandardFtp, "network-server", QStyle::SP_DriveNetIcon },
-    { cmd::kRemoteFtp, "network-workgroup", QStyle::SP_DirLinkIcon },
-    { cmd::kMultiplePut, "mail-send", QStyle::SP_ArrowUp },
-    { cmd::kTransferStatistics, "utilities-system-monitor", QStyle::SP_FileDialogInfoView },
     { cmd::kOpenLog, "document-open", QStyle::SP_DialogOpenButton },
     { cmd::kSaveLog, "document-save", QStyle::SP_DialogSaveButton },
     { cmd::kClearLog, "edit-clear", QStyle::SP_DialogResetButton },
     { cmd::kExit, "application-exit", QStyle::SP_DialogCloseButton },
     { cmd::kHelpTopics, "help-contents", QStyle::SP_DialogHelpButton },
     { cmd::kConfiguration, "preferences-system", QStyle::SP_FileDialogDetailedView },
+};
+
+// The tool bar's buttons: drawn, so that each differs from the others and stays sharp at any
+// scale.
+constexpr std::pair<int, ToolIcons::Kind> kDrawn[] = {
+    { cmd::kStandardFtp, ToolIcons::Kind::StandardFtp },
+    { cmd::kRemoteFtp, ToolIcons::Kind::RemoteFtp },
+    { cmd::kMultiplePut, ToolIcons::Kind::MultiplePut },
+    { cmd::kTransferStatistics, ToolIcons::Kind::Statistics },
 };
 
 } // namespace
@@ -84,7 +92,7 @@ FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
     logs->addAction(add(cmd::kSaveLog, QObject::tr("Sa&ve Log...")));
     logs->addAction(add(cmd::kClearLog, QObject::tr("&Clear Log")));
 
-    QMenu* view = bar->addMenu(QObject::tr("&View"));
+    QMenu* view = viewMenu_ = bar->addMenu(QObject::tr("&View"));
     view->addAction(add(cmd::kToolBar, QObject::tr("&Toolbar")));
     view->addAction(add(cmd::kProfileBar, QObject::tr("&Profile Bar")));
     view->addAction(add(cmd::kStatusBar, QObject::tr("&Status Bar")));
@@ -132,6 +140,8 @@ FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
         command(look.id)->setIcon(QIcon::fromTheme(
             QLatin1StringView(look.themeName), frame.style()->standardIcon(look.fallback)));
     }
+    for (const auto& [id, kind] : kDrawn)
+        command(id)->setIcon(ToolIcons::icon(kind));
 }
 
 void FrameMenus::fillToolBar(QToolBar& bar)

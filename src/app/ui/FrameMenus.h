@@ -27,6 +27,7 @@ public:
     [[nodiscard]] QActionGroup* transferModes() const { return transferModes_; }
     [[nodiscard]] QActionGroup* logFilters() const { return logFilters_; }
     [[nodiscard]] QMenu* trayMenu() const { return trayMenu_; }
+    [[nodiscard]] QMenu* viewMenu() const { return viewMenu_; }
 
     void fillToolBar(QToolBar& bar);
     // The Multiple FTP Put screen's own commands show only with that screen.
@@ -46,6 +47,7 @@ private:
     QActionGroup* transferModes_ = nullptr;
     QActionGroup* logFilters_ = nullptr;
     QMenu* trayMenu_ = nullptr;
+    QMenu* viewMenu_ = nullptr;
 };
 
 } // namespace zelto

@@ -5,6 +5,7 @@
 #include <functional>
 
 class QAction;
+class QDockWidget;
 class QWidget;
 
 namespace zelto {
@@ -44,6 +45,9 @@ struct FrameViews {
     std::function<void(QWidget* frame)> configureScheduler;
     // "Configuration..." and the tray's "System Parameters": the options sheet over the frame.
     std::function<void(QWidget* frame)> showOptions;
+    // Every running job of the program in one table, docked below the panes; the View menu
+    // shows it, and it starts hidden.
+    QDockWidget* transfers = nullptr;
 };
 
 } // namespace zelto

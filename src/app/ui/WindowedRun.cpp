@@ -2,6 +2,7 @@
 
 #include "app/BackgroundWork.h"
 #include "app/ProgramServices.h"
+#include "app/RunWindows.h"
 #include "app/StartupChecks.h"
 #include "app/ui/CMainFrame.h"
 #include "app/ui/FrameTray.h"
@@ -9,6 +10,7 @@
 #include "app/ui/ProfileBar.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
+#include "distribution/ui/CTransfersDock.h"
 #include "distribution/ui/MultiplePut.h"
 #include "ftp/ui/CStatisticsDlg.h"
 #include "log/ui/CLogView.h"
@@ -28,6 +30,7 @@
 #include <QDateTime>
 #include <QFileDialog>
 #include <QPointer>
+#include <QScreen>
 #include <QTimer>
 #include <QWindow>
 
@@ -69,6 +72,27 @@ private:
     using QObject::QObject;
 };
 
+// Each job of a link in a transfer window of its own, cascaded as Send Parallel's are. The
+// windows are children of `parent`, which ends them when it goes.
+LinkDistribution::JobStarting cascadedTransferWindows(Notifier& notifier, QWidget* parent)
+{
+    return [&notifier, parent, previous = QPointer<CTransferDlg>()](
+               const std::shared_ptr<TransferJob>& job) mutable {
+        previous = new CTransferDlg(job, notifier, previous.data(), parent);
+        previous->show();
+    };
+}
+
+// Each script in a progress window of its own, a child of `parent`.
+BackgroundWork::ScriptStarting scriptWindows(Notifier& notifier, QWidget* parent)
+{
+    return [&notifier, parent](const QString& path, std::shared_ptr<ScriptRun> run,
+               std::shared_ptr<ScriptProgress> progress) {
+        (new CScriptProgressDlg(path, std::move(run), std::move(progress), notifier, parent))
+            ->show();
+    };
+}
+
 } // namespace
 
 int WindowedRun::run(int& argc, char** argv, const StartRequest& request)
@@ -80,12 +104,19 @@ int WindowedRun::run(int& argc, char** argv, const StartRequest& request)
 int WindowedRun::runWindows(const StartRequest& request)
 {
     MessageBoxNotifier notifier;
-    // Unattended, the main window is never shown: the work runs and the program ends with it,
-    // not when the user closes a message box that the work showed.
+    // Unattended, the main window is never shown: the work shows its own windows, runs and the
+    // program ends with it, not when the user closes a window or a message box that it showed.
     if (request.unattended) {
         QApplication::setQuitOnLastWindowClosed(false);
         QtSoundPlayer player;
-        return StartupChecks::runUnattended(request, notifier, player);
+        // Never shown: it takes the run's windows with it at the end, and as it covers the screen
+        // the first of them opens in the screen's middle.
+        QWidget owner;
+        if (const QScreen* screen = QGuiApplication::primaryScreen())
+            owner.setGeometry(screen->availableGeometry());
+        const RunWindows windows { cascadedTransferWindows(notifier, &owner),
+            scriptWindows(notifier, &owner) };
+        return StartupChecks::runUnattended(request, notifier, player, windows);
     }
 
     StartupChecks::applyQueueStartRule();
@@ -109,6 +140,7 @@ int WindowedRun::runWindows(const StartRequest& request)
     views.fileList = files;
     views.multiplePutActions = multiplePut.actions();
     views.showStatistics = &CStatisticsDlg::showOrRaise;
+    views.transfers = new CTransfersDock;
     views.runScript = [&background](QWidget* frame) {
         const QString path = QFileDialog::getOpenFileName(frame, QObject::tr("Run FTP Script"),
             DataFolders::base(), QObject::tr("FTP scripts (*.cmd);;All files (*)"));
@@ -170,18 +202,9 @@ int WindowedRun::runWindows(const StartRequest& request)
     QObject::connect(
         &frame.profileEvents(), &ProfileEvents::profilesChanged, sites, &CFtpView::refresh);
     // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.
-    background.setLinkJobStarting([&notifier, &frame, previous = QPointer<CTransferDlg>()](
-                                      const std::shared_ptr<TransferJob>& job) mutable {
-        previous = new CTransferDlg(job, notifier, previous.data(), &frame);
-        previous->show();
-    });
+    background.setLinkJobStarting(cascadedTransferWindows(notifier, &frame));
     // Every script, from the menu or the scheduler, shows its steps in a window of its own.
-    background.setScriptStarting(
-        [&notifier, &frame](const QString& path, std::shared_ptr<ScriptRun> run,
-            std::shared_ptr<ScriptProgress> progress) {
-            (new CScriptProgressDlg(path, std::move(run), std::move(progress), notifier, &frame))
-                ->show();
-        });
+    background.setScriptStarting(scriptWindows(notifier, &frame));
     QObject::connect(
         &frame, &CMainFrame::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     FirstShowReport::watch(frame);

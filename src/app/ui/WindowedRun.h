@@ -4,7 +4,8 @@
 
 namespace zelto {
 
-// A run with a display: the main window (hidden in an unattended run), message boxes for refusals.
+// A run with a display: the main window, or in an unattended run the work's own windows alone;
+// message boxes for refusals.
 class WindowedRun final {
 public:
     WindowedRun() = delete;
@@ -12,8 +13,7 @@ public:
     // Makes the widget application from the process's arguments, runs the event loop when there is
     // work for it, and returns the program's exit status.
     [[nodiscard]] static int run(int& argc, char** argv, const StartRequest& request);
-
-private:
+    // The same in the running widget application.
     [[nodiscard]] static int runWindows(const StartRequest& request);
 };
 

@@ -11,9 +11,10 @@ class QTreeView;
 
 namespace zelto {
 
-// "Add Site...": the stored site profiles, by name and server, narrowed by a filter; several can
-// be chosen at once. With no profiles at all it says how to make one and, when `offerNewSite`,
-// offers "New site..." (the dialog then ends, and newSiteWanted() says so).
+// "Add Site...": the stored site profiles by folder and name, with their servers, narrowed by a
+// filter; several can be chosen at once. From the filter, Down goes into the list and Return
+// takes the one profile left. With no profiles at all it says how to make one and, when
+// `offerNewSite`, offers "New site..." (the dialog then ends, and newSiteWanted() says so).
 class CSiteChooser final : public QDialog {
     Q_OBJECT
 public:
@@ -24,6 +25,9 @@ public:
     // The profiles chosen, in the order shown.
     [[nodiscard]] QStringList chosen() const;
     [[nodiscard]] bool newSiteWanted() const { return newSiteWanted_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void updateOk();

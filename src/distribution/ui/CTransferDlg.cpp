@@ -1,6 +1,5 @@
 #include "CTransferDlg.h"
 
-#include "distribution/RemotePlacement.h"
 #include "distribution/TransferJob.h"
 #include "distribution/TransferMode.h"
 #include "distribution/ui/TransferAnimation.h"
@@ -24,7 +23,7 @@ namespace {
 using Text = JobProgress::Text;
 
 // Wide enough for the longest texts the pump writes ("Sent 1073741824 bytes out of ...") and
-// for a path cut to its tail.
+// for the end of a long path.
 constexpr int kTextColumns = 56;
 
 // A text of one line and of a fixed size: a label whose size can change lays out the whole
@@ -66,6 +65,9 @@ void showBar(QProgressBar& bar, int value)
     bar.setUpdatesEnabled(true);
 }
 
+// Windows are opened on the UI thread only.
+quint64 opened = 0;
+
 bool isPath(Text text)
 {
     return text == Text::LocalPath || text == Text::RemotePath;
@@ -73,9 +75,15 @@ bool isPath(Text text)
 
 } // namespace
 
+QString CTransferDlg::elidedPath(const QString& path, const QFontMetrics& metrics, int width)
+{
+    // The end of a path names the file, so a long one loses its start.
+    return metrics.elidedText(path, Qt::ElideLeft, width);
+}
+
 CTransferDlg::CTransferDlg(
     std::shared_ptr<TransferJob> job, Notifier& notifier, CTransferDlg* anchor, QWidget* parent)
-    : QDialog(parent), job_(std::move(job)), notifier_(notifier)
+    : QDialog(parent), job_(std::move(job)), notifier_(notifier), number_(++opened)
 {
     // No close button: the window ends by Cancel or with its job.
     setWindowFlags(
@@ -85,7 +93,7 @@ CTransferDlg::CTransferDlg(
     setAttribute(Qt::WA_QuitOnClose, false);
     setModal(false);
     buildWidgets();
-    setWindowTitle(titleOf(job_->mode(), job_->currentServer(), job_->targetServer()));
+    setWindowTitle(title());
     if (anchor) {
         if (const QScreen* screen = anchor->screen())
             move(cascadePosition(anchor->frameGeometry(), screen->availableGeometry()));
@@ -177,11 +185,27 @@ QPoint CTransferDlg::cascadePosition(const QRect& anchor, const QRect& screen)
         roomBelow ? anchor.y() + kCascadeStep.y() : screen.y() + kCascadeRestart.y() };
 }
 
-QString CTransferDlg::titleOf(TransferMode mode, const QString& server, const QString& target)
+QString CTransferDlg::siteOf(const QString& server, const QString& siteName)
 {
+    // The windows of one Send Parallel may all go to one host: the profile tells them apart.
+    if (siteName.isEmpty() || siteName == server)
+        return server;
+    return server + QStringLiteral(" (") + siteName + u')';
+}
+
+QString CTransferDlg::title() const
+{
+    return titleOf(
+        job_->mode(), job_->currentServer(), job_->targetServer(), job_->currentSiteName());
+}
+
+QString CTransferDlg::titleOf(
+    TransferMode mode, const QString& server, const QString& target, const QString& siteName)
+{
+    const QString named = siteOf(server, siteName);
     switch (mode) {
     case TransferMode::Get:
-        return StringTable::text(ids::kTitleGetFrom) + server;
+        return StringTable::text(ids::kTitleGetFrom) + named;
     case TransferMode::Copy:
         return StringTable::text(ids::kTitleTransferFrom) + server + QStringLiteral(" to ")
             + target;
@@ -189,7 +213,7 @@ QString CTransferDlg::titleOf(TransferMode mode, const QString& server, const QS
     case TransferMode::DistributionPut:
         break;
     }
-    return StringTable::text(ids::kTitlePutTo) + server;
+    return StringTable::text(ids::kTitlePutTo) + named;
 }
 
 void CTransferDlg::poll()
@@ -200,9 +224,8 @@ void CTransferDlg::poll()
     }
     showProgress(job_->progress().snapshot());
     // A job list's title follows the site under way.
-    const QString title = titleOf(job_->mode(), job_->currentServer(), job_->targetServer());
-    if (title != windowTitle())
-        setWindowTitle(title);
+    if (const QString shown = title(); shown != windowTitle())
+        setWindowTitle(shown);
 }
 
 void CTransferDlg::showProgress(const JobProgress::Snapshot& progress)
@@ -212,14 +235,17 @@ void CTransferDlg::showProgress(const JobProgress::Snapshot& progress)
     for (std::size_t i = 0; i < texts_.size(); ++i) {
         const auto which = static_cast<Text>(i);
         const QString& text = progress.text(which);
-        // A path is cut to its tail so that its end shows; the whole path is in the tool tip.
-        const QString shown = isPath(which) ? RemotePlacement::shownPath(text) : text;
         QLabel* label = texts_[i];
-        if (label->text() == shown)
-            continue;
-        label->setText(shown);
-        if (isPath(which))
+        // A path too long for its field shows "…" and its end; the whole path is in the tool tip.
+        if (isPath(which)) {
+            if (label->toolTip() == text)
+                continue;
             label->setToolTip(text);
+            label->setText(elidedPath(text, label->fontMetrics(), label->width()));
+            continue;
+        }
+        if (label->text() != text)
+            label->setText(text);
     }
 }
 

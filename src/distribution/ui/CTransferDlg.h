@@ -11,6 +11,7 @@
 #include <chrono>
 #include <memory>
 
+class QFontMetrics;
 class QLabel;
 class QProgressBar;
 
@@ -57,10 +58,21 @@ public:
     // kCascadeRestart.x() when the anchor's right edge + kCascadeStep.x() reaches the screen's
     // right edge, and y likewise at the bottom.
     [[nodiscard]] static QPoint cascadePosition(const QRect& anchor, const QRect& screen);
-    // The title for a job of `mode` with `server` (the site under way; a copy's source) and a
-    // copy's `target`.
-    [[nodiscard]] static QString titleOf(
-        TransferMode mode, const QString& server, const QString& target);
+    // The title for a job of `mode` with `server` (the site under way; a copy's source), a copy's
+    // `target`, and the profile name of the site under way when it has one.
+    [[nodiscard]] static QString titleOf(TransferMode mode, const QString& server,
+        const QString& target, const QString& siteName = {});
+    // A site as the titles name it: the server, and the profile name after it where it differs.
+    [[nodiscard]] static QString siteOf(const QString& server, const QString& siteName);
+    // `path` as a field `width` pixels wide shows it: whole when it fits, otherwise "…" and as
+    // much of its end as fits.
+    [[nodiscard]] static QString elidedPath(
+        const QString& path, const QFontMetrics& metrics, int width);
+
+    // The job shown, for a view of every job.
+    [[nodiscard]] TransferJob& job() const { return *job_; }
+    // Counts the windows in the order they were opened, from 1.
+    [[nodiscard]] quint64 number() const { return number_; }
 
     // Esc asks as Cancel does.
     void reject() override;
@@ -70,6 +82,7 @@ protected:
 
 private:
     void buildWidgets();
+    [[nodiscard]] QString title() const;
     void poll();
     void showProgress(const JobProgress::Snapshot& progress);
     void cancelPressed();
@@ -81,6 +94,7 @@ private:
     std::shared_ptr<TransferJob> job_;
     Notifier& notifier_;
     QTimer poll_;
+    quint64 number_;
     bool asking_ = false;
     bool closing_ = false;
 

@@ -5,12 +5,11 @@
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "profiles/ui/CFileListView.h"
+#include "widgets/ToolIcons.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
-#include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -49,12 +48,10 @@ MultiplePut::MultiplePut(CFtpView& sites, CFileListView& files, JobServices& job
     , jobs_(jobs)
     , threads_(threads)
     , outcomes_(outcomes)
-    , sendParallel_(new QAction(QIcon::fromTheme(QStringLiteral("document-send"),
-                                    QApplication::style()->standardIcon(QStyle::SP_ArrowUp)),
-          tr("Send &Parallel"), this))
-    , sendSerial_(new QAction(QIcon::fromTheme(QStringLiteral("go-next"),
-                                  QApplication::style()->standardIcon(QStyle::SP_ArrowRight)),
-          tr("Send &Serial"), this))
+    , sendParallel_(
+          new QAction(ToolIcons::icon(ToolIcons::Kind::SendParallel), tr("Send P&arallel"), this))
+    , sendSerial_(
+          new QAction(ToolIcons::icon(ToolIcons::Kind::SendSerial), tr("Send S&erial"), this))
 {
     sendParallel_->setToolTip(tr("Send the files to every site at once, one window per site"));
     sendSerial_->setToolTip(tr("Send the files to the sites one after another, in one window"));

@@ -131,6 +131,7 @@ std::vector<JobSite> SiteListModel::sites() const
     for (const Row& row : rows_) {
         JobSite site;
         site.server = row.site.host;
+        site.name = SiteProfile::nameOf(row.profile);
         site.user = row.site.user;
         site.password = row.site.password;
         site.port = quint16(row.site.port);

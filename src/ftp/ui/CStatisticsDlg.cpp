@@ -25,6 +25,22 @@ QString rateText(double kiloBytesPerSecond)
     return QString::number(kiloBytesPerSecond, 'f', 2);
 }
 
+// A blank field reads as "unknown"; before the first transfer the counts are known to be 0.
+QString countText(qint64 count)
+{
+    return count == 0 ? QStringLiteral("0") : ProgressText::formatCount(count);
+}
+
+// Whether anything was moved between two readings.
+bool moved(const TransferCounters::Snapshot& before, const TransferCounters::Snapshot& after)
+{
+    return before.localBytesRead != after.localBytesRead
+        || before.localBytesWritten != after.localBytesWritten
+        || before.remoteBytesRead != after.remoteBytesRead
+        || before.remoteBytesWritten != after.remoteBytesWritten
+        || before.bytesReceived != after.bytesReceived;
+}
+
 TransferCounters::Snapshot processCounters()
 {
     return TransferCounters::instance().snapshot();
@@ -38,10 +54,11 @@ CStatisticsDlg::CStatisticsDlg(QWidget* parent, CounterSource counters)
     setWindowTitle(tr("Transfer Statistics"));
 
     // Shows that the counters are live while transfers may be running elsewhere.
-    auto* busy = new QProgressBar(this);
-    busy->setRange(0, 0);
-    busy->setTextVisible(false);
-    busy->setMaximumHeight(busy->sizeHint().height() / 2 + 2);
+    busy_ = new QProgressBar(this);
+    busy_->setObjectName(QStringLiteral("busy"));
+    busy_->setTextVisible(false);
+    busy_->setMaximumHeight(busy_->sizeHint().height() / 2 + 2);
+    showBusy(false);
 
     auto* grid = new QGridLayout;
     grid->setColumnStretch(1, 1);
@@ -78,13 +95,17 @@ CStatisticsDlg::CStatisticsDlg(QWidget* parent, CounterSource counters)
     separator();
     remoteRate_ = field(tr("Transfer Rate (remote):"), "remoteRate", kbps);
     remoteTime_ = field(tr("Total Transfer Time:"), "remoteTime");
+    for (QLabel* rate : { localRate_, remoteRate_ })
+        rate->setText(rateText(0));
+    for (QLabel* time : { localTime_, remoteTime_ })
+        time->setText(ProgressText::formatDuration(0));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     buttons->button(QDialogButtonBox::Close)->setDefault(true);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(busy);
+    layout->addWidget(busy_);
     layout->addLayout(grid);
     layout->addWidget(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
@@ -124,10 +145,12 @@ void CStatisticsDlg::placeOnScreen()
 void CStatisticsDlg::refresh()
 {
     const TransferCounters::Snapshot counts = counters_();
-    localBytesRead_->setText(ProgressText::formatCount(counts.localBytesRead));
-    localBytesWritten_->setText(ProgressText::formatCount(counts.localBytesWritten));
-    remoteBytesRead_->setText(ProgressText::formatCount(counts.remoteBytesRead));
-    remoteBytesWritten_->setText(ProgressText::formatCount(counts.remoteBytesWritten));
+    showBusy(lastCounts_ && moved(*lastCounts_, counts));
+    lastCounts_ = counts;
+    localBytesRead_->setText(countText(counts.localBytesRead));
+    localBytesWritten_->setText(countText(counts.localBytesWritten));
+    remoteBytesRead_->setText(countText(counts.remoteBytesRead));
+    remoteBytesWritten_->setText(countText(counts.remoteBytesWritten));
     filesTransferred_->setText(QString::number(counts.filesTransferred));
     // Without time spent the rate is undefined: the fields keep what they showed.
     if (counts.transferSeconds > 0) {
@@ -141,6 +164,18 @@ void CStatisticsDlg::refresh()
         remoteRate_->setText(rateText(double(counts.bytesReceived) / (counts.copySeconds * 1000)));
         remoteTime_->setText(ProgressText::formatDuration(counts.copySeconds));
     }
+}
+
+void CStatisticsDlg::showBusy(bool busy)
+{
+    // A moving bar while bytes move; an empty one while nothing does.
+    busy_->setRange(0, busy ? 0 : 1);
+    busy_->setValue(0);
+}
+
+bool CStatisticsDlg::showsBusy() const
+{
+    return busy_->maximum() == 0;
 }
 
 void CStatisticsDlg::showEvent(QShowEvent* event)

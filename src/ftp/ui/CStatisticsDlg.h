@@ -6,8 +6,10 @@
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 
 class QLabel;
+class QProgressBar;
 
 namespace zelto {
 
@@ -25,6 +27,9 @@ public:
     // Opens the window, or brings the open one to the front; it ends when the user closes it.
     static void showOrRaise(QWidget* parent);
 
+    // Whether the bar moves: bytes moved between the last two refreshes.
+    [[nodiscard]] bool showsBusy() const;
+
 public Q_SLOTS:
     // Sets every field from the counters, as each tick of the timer does.
     void refresh();
@@ -36,12 +41,15 @@ protected:
 
 private:
     void placeOnScreen();
+    void showBusy(bool busy);
 
     CounterSource counters_;
     QTimer timer_;
     // Creating and placing the window move it twice; only the user's moves are remembered.
     int movesSeen_ = 0;
 
+    std::optional<TransferCounters::Snapshot> lastCounts_;
+    QProgressBar* busy_;
     QLabel* localBytesRead_;
     QLabel* localBytesWritten_;
     QLabel* remoteBytesRead_;

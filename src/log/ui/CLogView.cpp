@@ -9,7 +9,9 @@
 #include "platform/StringTable.h"
 #include "settings/SettingsStore.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -58,14 +60,40 @@ QIcon themeIcon(const char* name, QStyle::StandardPixmap fallback, const QStyle*
     return QIcon::fromTheme(QString::fromLatin1(name), style->standardIcon(fallback));
 }
 
+// One icon per outcome, so that a row's kind of event shows before its text is read: each
+// success by what it did, each failure as an error, and the two ends of a connection as such.
+std::vector<QIcon> outcomeIcons(const QStyle* style)
+{
+    // The OK and Failed pairs, in the order of their outcomes.
+    const QIcon succeeded[] = {
+        themeIcon("network-connect", QStyle::SP_DriveNetIcon, style), // FTP connection
+        themeIcon("dialog-ok", QStyle::SP_DialogApplyButton, style), // transfer
+        themeIcon("network-wired", QStyle::SP_ComputerIcon, style), // Internet connection
+        themeIcon("folder-open", QStyle::SP_DirOpenIcon, style), // change directory
+        themeIcon("edit-delete", QStyle::SP_TrashIcon, style), // deletion
+        themeIcon("edit-rename", QStyle::SP_FileDialogContentsView, style), // renaming
+        themeIcon("folder-new", QStyle::SP_FileDialogNewFolder, style), // make directory
+    };
+    const QIcon failed = themeIcon("dialog-error", QStyle::SP_MessageBoxCritical, style);
+    std::vector<QIcon> icons;
+    for (const QIcon& icon : succeeded) {
+        icons.push_back(icon);
+        icons.push_back(failed);
+    }
+    // The ends: the FTP connection closed, the Internet connection closed, the session ended.
+    icons.push_back(themeIcon("network-disconnect", QStyle::SP_DialogCloseButton, style));
+    icons.push_back(themeIcon("network-offline", QStyle::SP_BrowserStop, style));
+    icons.push_back(themeIcon("process-stop", QStyle::SP_MediaStop, style));
+    return icons;
+}
+
 } // namespace
 
 CLogView::CLogView(LogWriter& writer, Notifier& notifier, QWidget* parent)
     : QTableView(parent)
     , writer_(writer)
     , notifier_(notifier)
-    , model_(new LogTableModel(themeIcon("dialog-ok", QStyle::SP_DialogApplyButton, style()),
-          themeIcon("dialog-error", QStyle::SP_MessageBoxCritical, style()), writer.filter(), this))
+    , model_(new LogTableModel(outcomeIcons(style()), writer.filter(), this))
     , chooseFile_([this](QWidget* owner, FileAction action) {
         return askForLogFile(owner, action, QFileInfo(writer_.filePath()).absolutePath());
     })
@@ -83,7 +111,13 @@ CLogView::CLogView(LogWriter& writer, Notifier& notifier, QWidget* parent)
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setHighlightSections(false);
+    // A click on a header sorts by it, a second reverses; it starts in the order of writing.
+    horizontalHeader()->setSortIndicator(LogTableModel::Seq, Qt::AscendingOrder);
+    setSortingEnabled(true);
+    // Tab leaves the log for the next pane; the arrows move within it.
+    setTabKeyNavigation(false);
     setInitialColumnWidths();
+    addContextActions();
     writer_.addListener(this);
 }
 
@@ -91,6 +125,48 @@ CLogView::~CLogView()
 {
     // After this no writer calls in; a batch already queued dies with the view.
     writer_.removeListener(this);
+}
+
+void CLogView::addContextActions()
+{
+    const auto add = [this](const QString& text, QKeySequence::StandardKey key, const char* icon,
+                         void (CLogView::*slot)()) {
+        auto* action = new QAction(QIcon::fromTheme(QString::fromLatin1(icon)), text, this);
+        action->setShortcut(key);
+        // Only while the log has the focus: the frame's menus keep these keys elsewhere.
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, slot);
+        addAction(action);
+    };
+    add(tr("&Copy"), QKeySequence::Copy, "edit-copy", &CLogView::copySelection);
+    add(tr("Select &All"), QKeySequence::SelectAll, "edit-select-all", &CLogView::selectAll);
+    auto* separator = new QAction(this);
+    separator->setSeparator(true);
+    addAction(separator);
+    add(tr("C&lear"), QKeySequence::UnknownKey, "edit-clear", &CLogView::clearLog);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+QString CLogView::selectedText() const
+{
+    QList<int> rows;
+    for (const QModelIndex& index : selectionModel()->selectedRows())
+        rows.append(index.row());
+    std::sort(rows.begin(), rows.end());
+    QString text;
+    for (const int row : rows) {
+        QStringList cells;
+        for (int column = 0; column < LogTableModel::ColumnCount; ++column)
+            cells.append(LogTableModel::cellText(model_->recordAt(row), column));
+        text += cells.join(u'\t') + u'\n';
+    }
+    return text;
+}
+
+void CLogView::copySelection()
+{
+    if (const QString text = selectedText(); !text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
 }
 
 void CLogView::setInitialColumnWidths()
@@ -176,6 +252,9 @@ void CLogView::saveLog()
 
 void CLogView::clearLog()
 {
+    if (model_->rowCount() == 0
+        || !notifier_.askYesNo(tr("Clear the log view? The log file keeps its records.")))
+        return;
     model_->clear();
 }
 

@@ -49,7 +49,10 @@ public Q_SLOTS:
     void openLog();
     // Writes the shown rows to a log file of the user's choice; nothing when no row is shown.
     void saveLog();
+    // Empties the view (and the records it keeps) once the user has agreed.
     void clearLog();
+    // Puts the selected rows on the clipboard, a line of tab-separated columns each.
+    void copySelection();
     void print();
     void printPreview();
     void pageSetup();
@@ -61,6 +64,8 @@ private:
     void recordAdded(const LogRecord& record, bool visible) override;
     void showPending();
     void setInitialColumnWidths();
+    void addContextActions();
+    [[nodiscard]] QString selectedText() const;
     [[nodiscard]] QPrinter& printer();
 
     LogWriter& writer_;

@@ -2,6 +2,7 @@
 
 #include "platform/StringTable.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zelto {
@@ -13,11 +14,8 @@ constexpr std::array<const char*, LogTableModel::ColumnCount> kHeaders { "Event"
 
 } // namespace
 
-LogTableModel::LogTableModel(QIcon success, QIcon failure, LogFilter filter, QObject* parent)
-    : QAbstractTableModel(parent)
-    , success_(std::move(success))
-    , failure_(std::move(failure))
-    , filter_(filter)
+LogTableModel::LogTableModel(std::vector<QIcon> outcomeIcons, LogFilter filter, QObject* parent)
+    : QAbstractTableModel(parent), outcomeIcons_(std::move(outcomeIcons)), filter_(filter)
 {
 }
 
@@ -41,8 +39,9 @@ QVariant LogTableModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         return cellText(record, index.column());
     case Qt::DecorationRole:
-        if (index.column() == Message)
-            return record.succeeded() ? success_ : failure_;
+        if (index.column() == Message && record.outcome >= 0
+            && std::size_t(record.outcome) < outcomeIcons_.size())
+            return outcomeIcons_[std::size_t(record.outcome)];
         return {};
     default:
         return {};
@@ -55,6 +54,53 @@ QVariant LogTableModel::headerData(int section, Qt::Orientation orientation, int
         || section >= ColumnCount)
         return QAbstractTableModel::headerData(section, orientation, role);
     return QString::fromLatin1(kHeaders[static_cast<std::size_t>(section)]);
+}
+
+bool LogTableModel::before(int left, int right) const
+{
+    const LogRecord& a = records_[std::size_t(left)];
+    const LogRecord& b = records_[std::size_t(right)];
+    int compared = 0;
+    switch (sortColumn_) {
+    case Seq:
+    case Time:
+    case Date:
+        break;
+    default:
+        compared = cellText(a, sortColumn_).compare(cellText(b, sortColumn_), Qt::CaseInsensitive);
+        break;
+    }
+    if (compared == 0)
+        compared = a.seq < b.seq ? -1 : (a.seq > b.seq ? 1 : 0);
+    if (compared == 0)
+        compared = left < right ? -1 : (left > right ? 1 : 0);
+    return sortOrder_ == Qt::AscendingOrder ? compared < 0 : compared > 0;
+}
+
+void LogTableModel::sortShown()
+{
+    std::sort(shown_.begin(), shown_.end(), [this](int a, int b) { return before(a, b); });
+}
+
+void LogTableModel::sort(int column, Qt::SortOrder order)
+{
+    if (column < 0 || column >= ColumnCount)
+        return;
+    Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> records;
+    for (const QModelIndex& index : before)
+        records.push_back(shown_[std::size_t(index.row())]);
+    sortColumn_ = column;
+    sortOrder_ = order;
+    sortShown();
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const auto row = std::find(shown_.begin(), shown_.end(), records[std::size_t(i)]);
+        after.append(index(int(row - shown_.begin()), before[i].column()));
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
 void LogTableModel::append(const QList<LogRecord>& records)
@@ -71,6 +117,9 @@ void LogTableModel::append(const QList<LogRecord>& records)
     beginInsertRows({}, first, first + static_cast<int>(added.size()) - 1);
     shown_.insert(shown_.end(), added.begin(), added.end());
     endInsertRows();
+    // In the order of writing new rows come last; in any other they move to their places.
+    if (sortColumn_ != Seq || sortOrder_ != Qt::AscendingOrder)
+        sort(sortColumn_, sortOrder_);
 }
 
 void LogTableModel::clear()
@@ -90,6 +139,7 @@ void LogTableModel::setFilter(LogFilter filter)
         if (records_[i].shownUnder(filter))
             shown_.push_back(static_cast<int>(i));
     }
+    sortShown();
     endResetModel();
 }
 

@@ -18,13 +18,19 @@ class LogTableModel final : public QAbstractTableModel {
 public:
     enum Column { Message, Seq, Time, Date, Field1, Field2, Field3, Detail, ColumnCount };
 
-    LogTableModel(QIcon success, QIcon failure, LogFilter filter, QObject* parent = nullptr);
+    // `outcomeIcons[n]` marks the rows whose record has outcome n; an outcome past the end has
+    // none.
+    LogTableModel(std::vector<QIcon> outcomeIcons, LogFilter filter, QObject* parent = nullptr);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QVariant headerData(
         int section, Qt::Orientation orientation, int role) const override;
+    // Orders the rows by `column`: numbers by value, the time and date by the order of writing
+    // (their texts do not sort), the other texts without regard to case; equal rows keep the
+    // order of writing. The rows added later take their place in the same order.
+    void sort(int column, Qt::SortOrder order) override;
 
     // Keeps the records, in the order given, and adds a row for each that passes the filter.
     void append(const QList<LogRecord>& records);
@@ -43,9 +49,13 @@ public:
     [[nodiscard]] static QString cellText(const LogRecord& record, int column);
 
 private:
-    QIcon success_;
-    QIcon failure_;
+    [[nodiscard]] bool before(int left, int right) const; // records_ indices, in the sort order
+    void sortShown();
+
+    std::vector<QIcon> outcomeIcons_;
     LogFilter filter_;
+    int sortColumn_ = Seq;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     std::vector<LogRecord> records_;
     std::vector<int> shown_; // indices into records_, ascending
 };

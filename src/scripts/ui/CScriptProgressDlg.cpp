@@ -10,10 +10,14 @@
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QListView>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace zelto {
 
@@ -25,6 +29,7 @@ CScriptProgressDlg::CScriptProgressDlg(const QString& scriptPath, std::shared_pt
     , notifier_(notifier)
     , list_(new QListView)
     , toggle_(new QPushButton)
+    , stop_(new QPushButton(QStringLiteral("&") + StringTable::text(ids::kButtonStop)))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -40,12 +45,18 @@ CScriptProgressDlg::CScriptProgressDlg(const QString& scriptPath, std::shared_pt
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     auto* buttons = new QDialogButtonBox;
+    list_->setAccessibleName(tr("Script steps"));
+    toggle_->setObjectName(QStringLiteral("pause"));
+    stop_->setObjectName(QStringLiteral("stop"));
     buttons->addButton(toggle_, QDialogButtonBox::ActionRole);
+    buttons->addButton(stop_, QDialogButtonBox::RejectRole);
     connect(toggle_, &QPushButton::clicked, this, &CScriptProgressDlg::toggle);
+    connect(stop_, &QPushButton::clicked, this, &CScriptProgressDlg::stopOrClose);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(list_);
     layout->addWidget(buttons);
     resize(640, 340);
+    placeBesideTransfers();
 
     showState();
     poll_.setInterval(kPollInterval);
@@ -54,6 +65,22 @@ CScriptProgressDlg::CScriptProgressDlg(const QString& scriptPath, std::shared_pt
 }
 
 CScriptProgressDlg::~CScriptProgressDlg() = default;
+
+void CScriptProgressDlg::placeBesideTransfers()
+{
+    // Transfer windows open on the frame and cascade down from its corner: a script that runs
+    // beside them keeps to the opposite corner of the screen, clear of its edges and title bar.
+    const QScreen* shown
+        = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
+    if (!shown)
+        return;
+    const QRect free = shown->availableGeometry();
+    const int margin = 2 * fontMetrics().height();
+    const QSize room = size().boundedTo(free.size() - QSize(2 * margin, 2 * margin));
+    resize(room);
+    move(std::max(free.left(), free.right() - margin - room.width()),
+        std::max(free.top(), free.bottom() - margin - room.height()));
+}
 
 void CScriptProgressDlg::toggle()
 {
@@ -67,9 +94,55 @@ void CScriptProgressDlg::toggle()
 
 void CScriptProgressDlg::showState()
 {
-    const ScriptState state = run_->state();
+    if (ended_)
+        return;
+    const bool held = run_->state() == ScriptState::Suspended;
     toggle_->setText(
-        StringTable::text(state == ScriptState::Suspended ? ids::kButtonResume : ids::kButtonStop));
+        held ? QStringLiteral("&") + StringTable::text(ids::kButtonResume) : tr("&Pause"));
+}
+
+void CScriptProgressDlg::stopOrClose()
+{
+    if (ended_ || run_->state() == ScriptState::Finished) {
+        close();
+        return;
+    }
+    // The window stays to show how far the run got; the next polls bring its end.
+    (void)askToStop();
+}
+
+bool CScriptProgressDlg::askToStop()
+{
+    // Held while the question is open; a run the user had suspended stays so on No.
+    const bool wasRunning = run_->state() == ScriptState::Running;
+    run_->pause();
+    if (notifier_.askYesNo(StringTable::text(ids::kConfirmCancelSending))) {
+        // A stop lets the held run through; it closes its connections itself.
+        run_->stop();
+        return true;
+    }
+    if (wasRunning)
+        run_->resume();
+    showState();
+    return false;
+}
+
+void CScriptProgressDlg::showEnd()
+{
+    ended_ = true;
+    const ScriptTally tally = progress_->outcome().value_or(ScriptTally {});
+    const QString line = (tally.stopped ? tr("Script stopped. Steps succeeded: %1, failed: %2.")
+                                        : tr("Script ended. Steps succeeded: %1, failed: %2."))
+                             .arg(tally.succeeded)
+                             .arg(tally.failed);
+    const int row = lines_.rowCount();
+    lines_.insertRows(row, 1);
+    lines_.setData(lines_.index(row), line);
+    list_->scrollToBottom();
+    toggle_->setEnabled(false);
+    stop_->setText(tr("&Close"));
+    stop_->setDefault(true);
+    stop_->setFocus();
 }
 
 void CScriptProgressDlg::poll()
@@ -90,10 +163,10 @@ void CScriptProgressDlg::poll()
     }
     showState();
     if (finished) {
-        // Off here only, with the last line shown: a state read later, after a slow step of
-        // this thread, may be the end of a run whose last lines are not shown yet.
-        toggle_->setEnabled(false);
+        // Here only, with the last line shown: a state read later, after a slow step of this
+        // thread, may be the end of a run whose last lines are not shown yet.
         poll_.stop();
+        showEnd();
     }
 }
 
@@ -104,22 +177,10 @@ void CScriptProgressDlg::reject()
 
 void CScriptProgressDlg::closeEvent(QCloseEvent* event)
 {
-    if (run_->state() == ScriptState::Finished) {
+    if (run_->state() == ScriptState::Finished || askToStop()) {
         event->accept();
         return;
     }
-    // Held while the question is open; a run the user had suspended stays so on No.
-    const bool wasRunning = run_->state() == ScriptState::Running;
-    run_->pause();
-    if (notifier_.askYesNo(StringTable::text(ids::kConfirmCancelSending))) {
-        // A stop lets the held run through; it closes its connections itself.
-        run_->stop();
-        event->accept();
-        return;
-    }
-    if (wasRunning)
-        run_->resume();
-    showState();
     event->ignore();
 }
 
