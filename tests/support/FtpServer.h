@@ -37,8 +37,10 @@ struct FtpFaults {
     std::map<QString, std::chrono::milliseconds> stall {};
     // Commands answered "550 <command> refused by the test server." (MKD, STOR, DELE, RNFR...).
     QStringList refuse {};
-    // LIST answers with lines that never end.
+    // LIST and MLSD answer with lines that never end.
     bool endlessListing = false;
+    // Files of these names are added to every listing (LIST, MLSD), whatever the names hold.
+    QStringList hostileNames {};
     // Commands on which the server closes the control connection without a reply.
     QStringList drop {};
     // After an upload the server closes the control connection, as one whose idle time-out runs
