@@ -73,7 +73,7 @@ void LinkDistribution::prepared(Plan plan)
     pending_ = int(sites_.size());
     report_->runStarted(sites_.size(), files_.size(), plan.set.totalBytes());
     starter_ = std::make_unique<ParallelStarter>(
-        sites_.size(), [this](std::size_t index) { startSite(index); }, interval_);
+        threads_, sites_.size(), [this](std::size_t index) { startSite(index); }, interval_);
     starter_->start();
 }
 

@@ -8,9 +8,13 @@
 
 namespace zelto {
 
+class WorkerThreads;
+
 // Starts the jobs of a parallel send one after another, an interval apart, from the event loop
 // of the thread that owns it: the first at once, then one at each tick. The thread never sleeps,
-// so the starts still to come can be dropped at any moment.
+// so the starts still to come can be dropped at any moment. When the program stops its workers
+// (a quit), the jobs still to come are started at once, to be stopped with the others: each then
+// hands its files to the bookkeeping, and a quit loses none.
 class ParallelStarter final {
 public:
     // Between two starts of Send Parallel and of a link run.
@@ -18,8 +22,9 @@ public:
 
     using StartOne = std::function<void(std::size_t index)>;
 
-    ParallelStarter(
-        std::size_t count, StartOne startOne, std::chrono::milliseconds interval = kInterval);
+    ParallelStarter(WorkerThreads& threads, std::size_t count, StartOne startOne,
+        std::chrono::milliseconds interval = kInterval);
+    ~ParallelStarter();
     ParallelStarter(const ParallelStarter&) = delete;
     ParallelStarter& operator=(const ParallelStarter&) = delete;
 
@@ -33,7 +38,9 @@ public:
 
 private:
     void startNext();
+    void startTheRest();
 
+    WorkerThreads& threads_;
     std::size_t count_;
     StartOne startOne_;
     QTimer timer_;

@@ -59,6 +59,11 @@ bool WorkerThreads::waitAll(std::chrono::milliseconds deadline)
 
 void WorkerThreads::stopAll()
 {
+    // A hook may set or drop hooks (a starter that finishes drops its own).
+    auto hooks = std::move(stopHooks_);
+    stopHooks_.clear();
+    for (auto& [owner, hook] : hooks)
+        hook();
     // A worker launched meanwhile (a job's rest started on another thread) is taken in the next
     // round.
     for (;;) {
@@ -75,6 +80,16 @@ void WorkerThreads::stopAll()
         for (Worker& worker : stopping)
             worker.thread.join();
     }
+}
+
+void WorkerThreads::setStopHook(const void* owner, std::function<void()> hook)
+{
+    stopHooks_[owner] = std::move(hook);
+}
+
+void WorkerThreads::dropStopHook(const void* owner)
+{
+    stopHooks_.erase(owner);
 }
 
 void WorkerThreads::reap()

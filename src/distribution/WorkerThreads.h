@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <list>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <stop_token>
@@ -44,8 +45,14 @@ public:
     // Waits until no worker runs or `deadline` has passed; true when none runs.
     bool waitAll(std::chrono::milliseconds deadline);
     // Asks every worker to stop and joins each; a job's end (its bookkeeping) runs before its
-    // thread leaves.
+    // thread leaves. The stop hooks run first, on the calling thread.
     void stopAll();
+
+    // A hook that stopAll runs before it stops anything, so that work not yet launched (the
+    // jobs a parallel send has still to start) can be launched and stopped with the rest, and
+    // hand its files to the bookkeeping. Set and dropped on the thread that calls stopAll.
+    void setStopHook(const void* owner, std::function<void()> hook);
+    void dropStopHook(const void* owner);
 
 private:
     struct Worker {
@@ -61,6 +68,7 @@ private:
     std::condition_variable ended_;
     std::size_t running_ = 0; // guarded by mutex_
     std::list<Worker> workers_; // guarded by mutex_
+    std::map<const void*, std::function<void()>> stopHooks_;
 };
 
 } // namespace zelto

@@ -169,14 +169,15 @@ void MultiplePut::startParallel(const std::vector<JobSite>& sites, const FileSet
     send->sites = sites;
     send->files = set.files();
     Parallel& run = *send;
-    run.starter = std::make_unique<ParallelStarter>(run.sites.size(), [this, &run](std::size_t i) {
-        TransferJob::Setup setup;
-        setup.mode = TransferMode::DistributionPut;
-        setup.serial = false;
-        setup.sites = { run.sites[i] };
-        setup.files = run.files;
-        run.previous = open(std::move(setup), run.previous.data());
-    });
+    run.starter = std::make_unique<ParallelStarter>(
+        threads_, run.sites.size(), [this, &run](std::size_t i) {
+            TransferJob::Setup setup;
+            setup.mode = TransferMode::DistributionPut;
+            setup.serial = false;
+            setup.sites = { run.sites[i] };
+            setup.files = run.files;
+            run.previous = open(std::move(setup), run.previous.data());
+        });
     parallel_.push_back(std::move(send));
     run.starter->start();
 }
