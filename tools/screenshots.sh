@@ -119,6 +119,11 @@ rename alpha index.html home.html
 close alpha
 EOT
 
+# The quick connect of the browser starts filled in for alpha.
+awk -v port="${PORT[alpha]}" '{ print } /^\[FTP\]$/ { print "QuickServer=127.0.0.1";
+  print "QuickLogin=demo"; print "QuickPasswd=demo"; print "QuickPort=" port }' \
+  "$SETTINGS" > "$SETTINGS.new" && mv "$SETTINGS.new" "$SETTINGS"
+
 echo "== zelto, the scheduler sending the link \"demo\" and running publish.cmd at $AT"
 "$ZELTO" > "$DEMO/run/zelto.out" 2>&1 &
 ZELTO_PID=$!
@@ -165,4 +170,18 @@ if [ -n "$SCRIPT_WINDOW" ]; then
   xdotool windowmove --sync "$SCRIPT_WINDOW" 360 200 || true
   sleep 0.5
   frame_shot script-window "$SCRIPT_WINDOW"
+fi
+# The Standard FTP screen (Alt+T, S) connected to alpha: a click in the remote folder tree, the
+# first pane, gives it the focus, and Ctrl+K opens the quick connect, filled in, which Return
+# confirms.
+if [ -n "$TOOLS" ]; then
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  xdotool key alt+t s
+  sleep 1
+  xdotool mousemove --window "$MAIN_WINDOW" 80 160 click 1 key ctrl+k
+  sleep 1
+  xdotool key Return
+  sleep 2
+  window_shot standard-ftp
 fi
