@@ -171,13 +171,14 @@ if [ -n "$SCRIPT_WINDOW" ]; then
   sleep 0.5
   frame_shot script-window "$SCRIPT_WINDOW"
 fi
-# The Standard FTP screen (Alt+T, S) connected to alpha: a click in the remote folder tree, the
+# The Standard FTP screen (Ctrl+1) connected to alpha: a click in the remote folder tree, the
 # first pane, gives it the focus, and Ctrl+K opens the quick connect, filled in, which Return
 # confirms.
 if [ -n "$TOOLS" ]; then
+  [ -z "$SCRIPT_WINDOW" ] || xdotool windowmove --sync "$SCRIPT_WINDOW" 2000 0 || true
   xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
     || xdotool windowfocus --sync "$MAIN_WINDOW" || true
-  xdotool key alt+t s
+  xdotool key ctrl+1
   sleep 1
   xdotool mousemove --window "$MAIN_WINDOW" 80 160 click 1 key ctrl+k
   sleep 1
