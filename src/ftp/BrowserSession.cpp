@@ -66,8 +66,10 @@ FtpValue<RemoteListing> BrowserSession::list(const QString& folder)
     auto& connection = *session_->connection();
     const QString previous = connection.currentFolder();
     if (!folder.isEmpty() && folder != previous) {
-        if (auto changed = connection.changeFolder(folder); !changed.ok())
+        if (auto changed = connection.changeFolder(folder); !changed.ok()) {
+            session_->reporter().log(ids::kLogChangeDirectoryFailed, folder, changed.text());
             return { changed };
+        }
     }
     auto listed = connection.list({});
     // A folder that cannot be listed is not where the user is.

@@ -43,7 +43,7 @@ public:
     [[nodiscard]] QString currentFolder() const;
 
     // Changes into `folder` (relative to the current one, or absolute) and lists it; the folder
-    // becomes the current one only when both succeed.
+    // becomes the current one only when both succeed. A refused change of folder is logged.
     [[nodiscard]] FtpValue<RemoteListing> list(const QString& folder);
     // Renames `entry` of `folder` to `newName` in the same folder. A name already listed there
     // is refused with ids::kRenameTargetExists.

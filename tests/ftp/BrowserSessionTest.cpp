@@ -170,6 +170,8 @@ TEST_F(BrowserSessionTest, OperationsChangeTheServerAndLogTheirPairsEvent)
             QStringList files; // what the folder holds on disk after the step
         };
         const Step steps[] = {
+            { "list a missing folder", [&] { return session->list(pub + "/nope").result; },
+                inet::kServerError, ids::kLogChangeDirectoryFailed, { "a.txt", "c.txt" } },
             { "make folder", [&] { return session->makeFolder(pub, "new"); }, 0,
                 ids::kLogMakeDirectoryOk, { "a.txt", "c.txt", "new" } },
             { "make it again", [&] { return session->makeFolder(pub, "new"); },
