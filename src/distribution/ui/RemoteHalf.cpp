@@ -19,6 +19,7 @@
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QSplitter>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -74,6 +75,12 @@ RemoteHalf::RemoteHalf(
     split->addWidget(tree_);
     split->addWidget(files_);
     split->setStretchFactor(1, 2);
+    // Where a new user looks first: the connect and disconnect of this half, as buttons.
+    auto* bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    bar->addAction(tr("Quick Connect..."), this, &RemoteHalf::quickConnect);
+    bar->addAction(tr("Disconnect"), this, &RemoteHalf::disconnectSite);
+    layout->addWidget(bar);
     layout->addWidget(split, 1);
     layout->addWidget(status_);
     files_->setAccessibleName(tr("Remote files"));
