@@ -1,5 +1,6 @@
 // The browser's screens moving files, as a user would: local files put on a site and got back,
-// and a file copied from one site to another, each in its transfer window, byte for byte.
+// their names cased as the settings ask, and a file copied from one site to another, each in its
+// transfer window, byte for byte.
 
 #include "DistributionFixture.h"
 #include "TestNotifier.h"
@@ -9,6 +10,7 @@
 #include "distribution/ui/RemoteFtpScreen.h"
 #include "distribution/ui/RemoteHalf.h"
 #include "distribution/ui/StandardFtpScreen.h"
+#include "settings/SettingsKeys.h"
 #include "widgets/CDirView.h"
 
 #include <QDir>
@@ -63,20 +65,23 @@ TEST_F(BrowserScreensTest, LocalFilesArePutOnTheSiteAndGotBack)
     for (qsizetype i = 0; i < binary.size(); ++i)
         binary[i] = char((i * 7919) % 251);
     write(local.filePath("a.bin"), binary);
-    write(local.filePath("b.txt"), "two\r\nlines\n");
+    write(local.filePath("Mixed.TXT"), "two\r\nlines\n");
     StandardFtpScreen screen(recorder_.services, notifier_, threads_, transfers_);
     connect(*screen.remote(), server);
 
-    Q_EMIT screen.remote()->putRequested({ local.filePath("a.bin"), local.filePath("b.txt") });
+    SettingsStore::set(settings::config::kFileCasingPut, QStringLiteral("LOWER_CASE"));
+    Q_EMIT screen.remote()->putRequested({ local.filePath("a.bin"), local.filePath("Mixed.TXT") });
     ASSERT_TRUE(ended(1, *screen.remote()));
     EXPECT_EQ(contents(server.home() + "/a.bin"), binary);
-    EXPECT_EQ(contents(server.home() + "/b.txt"), contents(local.filePath("b.txt")));
+    EXPECT_EQ(contents(server.home() + "/mixed.txt"), contents(local.filePath("Mixed.TXT")));
 
+    // The local name of a get is cased as FileCasingGet asks.
+    SettingsStore::set(settings::config::kFileCasingGet, QStringLiteral("UPPER_CASE"));
     screen.localFiles()->setFolder(back.path());
     Q_EMIT screen.remote()->getRequested({ QStringLiteral("a.bin") });
     ASSERT_TRUE(ended(2, *screen.remote()));
-    EXPECT_EQ(contents(back.filePath("a.bin")), binary);
-    EXPECT_EQ(QDir(back.path()).entryList(QDir::Files), QStringList { "a.bin" });
+    EXPECT_EQ(contents(back.filePath("A.BIN")), binary);
+    EXPECT_EQ(QDir(back.path()).entryList(QDir::Files), QStringList { "A.BIN" });
 }
 
 TEST_F(BrowserScreensTest, AFileIsCopiedFromOneSiteToTheOther)
