@@ -23,6 +23,7 @@
 #   queue-window.png      the queue window with the files that the refused site did not take
 #   scheduler-window.png  the scheduler's configurator with the two entries of the run
 #   options-sheet.png     the "System Config" sheet on its System page
+#   standard-ftp.png      the Standard FTP screen connected to a site by its quick connect
 #
 # Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
 # x11-utils (to drive the program with its keys and to shoot single windows; without them only the
@@ -152,6 +153,11 @@ put alpha index.html
 rename alpha index.html home.html
 close alpha
 EOT
+
+# The quick connect of the browser starts filled in for alpha.
+awk -v port="${PORT[alpha]}" '{ print } /^\[FTP\]$/ { print "QuickServer=127.0.0.1";
+  print "QuickLogin=demo"; print "QuickPasswd=demo"; print "QuickPort=" port }' \
+  "$SETTINGS" > "$SETTINGS.new" && mv "$SETTINGS.new" "$SETTINGS"
 
 echo "== zelto, the scheduler sending the link \"demo\" and running publish.cmd at $AT"
 "$ZELTO" > "$DEMO/run/zelto.out" 2>&1 &
@@ -300,6 +306,23 @@ if [ -n "$TOOLS" ]; then
   sleep 0.5
   frame_shot options-sheet "$OPTIONS_WINDOW"
   xdotool key --window "$OPTIONS_WINDOW" Escape || true
+fi
+
+# The Standard FTP screen (Ctrl+1) connected to alpha: a click in the remote folder tree, the
+# first pane, gives it the focus, and Ctrl+K opens the quick connect, filled in, which Return
+# confirms.
+if [ -n "$TOOLS" ]; then
+  xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
+    || xdotool windowfocus --sync "$MAIN_WINDOW" || true
+  xdotool key ctrl+1
+  sleep 1
+  xdotool mousemove --window "$MAIN_WINDOW" 80 160 click 1 key ctrl+k
+  sleep 1
+  xdotool key Return
+  sleep 2
+  window_shot standard-ftp
+  xdotool key ctrl+3
+  sleep 0.5
 fi
 
 # The link "eight" on the profile bar, View > Transfers, and Send Parallel (Ctrl+Return): eight

@@ -32,7 +32,7 @@ RemoteFinder::FolderOutcome RemoteFinder::ensureFolder(const FolderStep& step)
         return {};
     if (const auto refused = refused_.find(key); refused != refused_.end())
         return { *refused };
-    if (const auto& parent = listing(step.parent); parent && parent->folders.contains(step.name)) {
+    if (const auto& parent = listing(step.parent); parent && parent->isFolder(step.name)) {
         folders_.insert(key);
         return {};
     }
@@ -47,7 +47,7 @@ RemoteFinder::FolderOutcome RemoteFinder::ensureFolder(const FolderStep& step)
         return {};
     listings_.insert(key, RemoteListing {}); // new, so empty: no need to list it
     if (auto parent = listings_.find(keyOf(step.parent)); parent != listings_.end() && *parent)
-        (*parent)->folders.insert(step.name);
+        (*parent)->add({ step.name, RemoteEntry::Kind::Folder });
     return { FtpResult::success(), true };
 }
 
@@ -60,7 +60,7 @@ bool RemoteFinder::contains(const QString& folder, const QString& name)
 void RemoteFinder::stored(const QString& folder, const QString& name)
 {
     if (auto known = listings_.find(keyOf(folder)); known != listings_.end() && *known)
-        (*known)->files.insert(name);
+        (*known)->add({ name });
 }
 
 void RemoteFinder::forget(const QString& folder)
@@ -73,9 +73,7 @@ const std::optional<RemoteListing>& RemoteFinder::listing(const QString& folder)
     const auto key = keyOf(folder);
     if (const auto known = listings_.constFind(key); known != listings_.constEnd())
         return *known;
-    // A path that ends in "/" is listed (LIST) rather than fetched.
-    const auto path = key.endsWith(u'/') ? key : key + u'/';
-    auto listed = RemoteListing::fetch(connection_, path);
+    auto listed = connection_.list(key);
     auto& entry = listings_[key];
     if (listed.ok())
         entry = std::move(listed.value);

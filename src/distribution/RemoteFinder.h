@@ -1,8 +1,8 @@
 #pragma once
 
-#include "distribution/RemoteListing.h"
 #include "distribution/RemotePlacement.h"
 #include "ftp/FtpResult.h"
+#include "ftp/RemoteListing.h"
 
 #include <QHash>
 #include <QSet>

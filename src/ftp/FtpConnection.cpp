@@ -1,6 +1,7 @@
 #include "FtpConnection.h"
 
 #include "ftp/FtpErrors.h"
+#include "ftp/ListingReader.h"
 #include "platform/StringIds.h"
 
 #include <QUrl>
@@ -19,6 +20,8 @@ struct FtpConnection::Request {
     bool upload = false;
     TransferType type = TransferType::Binary;
     qint64 uploadSize = -1;
+    // The listing command in place of LIST, for a URL that names a folder.
+    const char* listCommand = nullptr;
     curl_slist* quote = nullptr;
     std::chrono::milliseconds stall { 0 };
     const ReadFunction* read = nullptr;
@@ -237,8 +240,17 @@ FtpResult FtpConnection::open()
     open_ = true;
 
     const auto& feat = features.value.front();
-    const auto offered = replyClass(feat) == 2
-        && feat.text.split(u'\n').contains(QStringLiteral("UTF8"), Qt::CaseInsensitive);
+    const auto offers = [&](QLatin1StringView feature) {
+        if (replyClass(feat) != 2)
+            return false;
+        const auto lines = feat.text.split(u'\n');
+        return std::any_of(lines.begin(), lines.end(), [&](const QString& line) {
+            return line.section(u' ', 0, 0).compare(feature, Qt::CaseInsensitive) == 0;
+        });
+    };
+    // RFC 3659: a server that offers MLST offers MLSD with it.
+    mlsd_ = offers(QLatin1StringView("MLST"));
+    const auto offered = offers(QLatin1StringView("UTF8"));
     // A server that refuses the switch keeps its own names; only a failed exchange counts.
     if (offered)
         return quote({ "OPTS UTF8 ON" }).result;
@@ -256,6 +268,7 @@ void FtpConnection::close()
     handle_ = nullptr;
     multi_ = nullptr;
     open_ = false;
+    mlsd_ = false;
     lost_.reset();
     controlSocket_ = CURL_SOCKET_BAD;
 }
@@ -283,6 +296,36 @@ FtpResult FtpConnection::changeFolder(const QString& folder)
         = replyClass(replies.back()) == 2 ? quotedFolder(replies.back().text) : QString();
     currentFolder_ = confirmed.isEmpty() ? target : confirmed;
     return FtpResult::success();
+}
+
+FtpValue<RemoteListing> FtpConnection::list(const QString& folder)
+{
+    const QString wanted = !folder.isEmpty() ? folder
+        : !currentFolder_.isEmpty()          ? currentFolder_
+                                             : QStringLiteral(".");
+    const auto checked = checkedPath(wanted);
+    if (!checked.ok())
+        return { checked.result };
+    // A URL that ends in "/" is listed rather than fetched.
+    const QString path = checked.value.endsWith(u'/') ? checked.value : checked.value + u'/';
+    ListingReader reader(
+        ListingParser(mlsd_ ? ListingParser::Format::Mlsd : ListingParser::Format::List,
+            QDateTime::currentDateTimeUtc()),
+        path);
+    const WriteFunction write
+        = [&](const char* data, qint64 size) { return reader.take(QByteArrayView(data, size)); };
+    Request request;
+    request.url = urlFor(path);
+    request.noBody = false;
+    request.listCommand = mlsd_ ? "MLSD" : nullptr;
+    request.stall = options_.receiveStall;
+    request.write = &write;
+    const auto listed = perform(request);
+    if (!reader.refusal().isEmpty())
+        return { FtpResult::failure(inet::kReplyNotParsed, reader.refusal()) };
+    if (!listed.ok())
+        return { listed };
+    return { listed, reader.finish() };
 }
 
 FtpResult FtpConnection::makeFolder(const QString& path)
@@ -373,6 +416,7 @@ FtpResult FtpConnection::perform(const Request& request)
     curl_easy_setopt(h, CURLOPT_UPLOAD, long(request.upload));
     curl_easy_setopt(h, CURLOPT_INFILESIZE_LARGE, curl_off_t(request.uploadSize));
     curl_easy_setopt(h, CURLOPT_QUOTE, request.quote);
+    curl_easy_setopt(h, CURLOPT_CUSTOMREQUEST, request.listCommand);
     // The transfer type. With CURLOPT_TRANSFERTEXT libcurl would convert line ends itself, LF to
     // CRLF blindly on uploads and CRLF (and a lone CR) to LF on downloads. It is left off, so
     // libcurl moves bytes as they are and asks for TYPE I; the type we want is then sent just

@@ -2,6 +2,7 @@
 
 #include "ftp/ConnectionOptions.h"
 #include "ftp/FtpResult.h"
+#include "ftp/RemoteListing.h"
 #include "ftp/TransferType.h"
 
 #include <QByteArray>
@@ -32,6 +33,9 @@ struct FtpReply {
 // server confirms becomes the current one. Relative names are resolved against it here.
 //
 // Names go to the server in UTF-8; "OPTS UTF8 ON" is sent after the login when FEAT offers UTF8.
+//
+// Folders are listed with MLSD where the server's FEAT offers it (exact sizes and UTC times),
+// otherwise with LIST, whose Unix and DOS lines are read as well as they can be.
 //
 // Text transfers are TYPE A with the bytes moved as they are: line ends are the caller's to
 // convert (libcurl's own conversion is kept off, see perform()).
@@ -81,6 +85,11 @@ public:
     [[nodiscard]] QString absolutePath(const QString& path) const;
 
     [[nodiscard]] FtpResult changeFolder(const QString& folder);
+    // The entries of `folder` (empty: the current folder), taken as they arrive. A reply past
+    // RemoteListing's bounds is refused with kReplyNotParsed and says which bound it passed.
+    [[nodiscard]] FtpValue<RemoteListing> list(const QString& folder);
+    // Whether list() asks for MLSD; known after open().
+    [[nodiscard]] bool listsWithMlsd() const { return mlsd_; }
     [[nodiscard]] FtpResult makeFolder(const QString& path);
     [[nodiscard]] FtpResult removeFolder(const QString& path);
     [[nodiscard]] FtpResult removeFile(const QString& path);
@@ -142,6 +151,7 @@ private:
     bool aborted_ = false;
     CURLcode lastCode_ = CURLE_OK;
     bool serverInText_ = false; // we may have left the server in TYPE A
+    bool mlsd_ = false; // FEAT offered MLST, and so MLSD
 };
 
 } // namespace zelto

@@ -14,13 +14,7 @@ RemoteName RemoteName::of(const QString& path)
 
 FtpValue<RemoteListing> RemoteFolder::list(FtpConnection& connection, const QString& folder)
 {
-    QString path = folder.isEmpty() ? connection.currentFolder() : folder;
-    if (path.isEmpty())
-        path = QStringLiteral(".");
-    // A path that ends in "/" is listed (LIST) rather than fetched.
-    if (!path.endsWith(u'/'))
-        path += u'/';
-    return RemoteListing::fetch(connection, path);
+    return connection.list(folder);
 }
 
 std::optional<bool> RemoteFolder::holds(FtpConnection& connection, const QString& path)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "distribution/RemoteListing.h"
 #include "ftp/FtpResult.h"
+#include "ftp/RemoteListing.h"
 
 #include <QString>
 
@@ -25,7 +25,7 @@ class RemoteFolder final {
 public:
     RemoteFolder() = delete;
 
-    // The names in `folder` (empty: the connection's current folder), from its LIST reply.
+    // The names in `folder` (empty: the connection's current folder), from its listing.
     [[nodiscard]] static FtpValue<RemoteListing> list(
         FtpConnection& connection, const QString& folder);
     // Whether the folder of `path` holds its last part; none when that folder cannot be listed.

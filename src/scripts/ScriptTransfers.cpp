@@ -154,7 +154,11 @@ FtpValue<QStringList> ScriptTransfers::sources(
         const auto listed = RemoteFolder::list(*from.session->connection(), named.folder);
         if (!listed.ok())
             return { listed.result };
-        names = listed.value.files.values();
+        // A name that is not plain would be used as a local path, or sent back in a command.
+        for (const auto& entry : listed.value.entries()) {
+            if (!entry.isFolder() && entry.isPlainName() && !names.contains(entry.name))
+                names.append(entry.name);
+        }
     }
     const QRegularExpression pattern(QRegularExpression::wildcardToRegularExpression(named.name));
     names.removeIf([&](const QString& name) { return !pattern.match(name).hasMatch(); });

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "distribution/RemoteListing.h"
 #include "ftp/FtpResult.h"
+#include "ftp/RemoteListing.h"
 #include "ftp/TransferRoutines.h"
 
 #include <QString>

@@ -154,7 +154,7 @@ TEST_F(PutEngineTest, ForbiddenOverwriteRefusesExistingFilesAndSendsTheRest)
     EXPECT_EQ(refused[0].message, StringTable::text(ids::kCannotOverwrite));
     EXPECT_EQ(contents(existing), before);
     EXPECT_TRUE(sameBytes(local(QStringLiteral("x/c.txt")), home() + QStringLiteral("/o/c.txt")));
-    EXPECT_EQ(newCommands()["LIST"], 1); // one folder, listed once for four files
+    EXPECT_EQ(newCommands()["MLSD"], 1); // one folder, listed once for four files
 
     auto replaced = files;
     EngineOptions options;
@@ -163,7 +163,7 @@ TEST_F(PutEngineTest, ForbiddenOverwriteRefusesExistingFilesAndSendsTheRest)
     EXPECT_EQ(resultsOf(replaced), (std::vector<int> { 0, 0, 0, 0 }));
     EXPECT_TRUE(sameBytes(local(QStringLiteral("x/a.txt")), existing));
     EXPECT_TRUE(sameBytes(local(QStringLiteral("y/c.txt")), home() + QStringLiteral("/o/c.txt")));
-    EXPECT_EQ(newCommands()["LIST"], 0); // nothing to look up when overwriting is allowed
+    EXPECT_EQ(newCommands()["MLSD"], 0); // nothing to look up when overwriting is allowed
 }
 
 } // namespace

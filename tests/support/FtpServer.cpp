@@ -36,6 +36,7 @@ QJsonObject toJson(const FtpFaults& faults)
         { "stall", stall },
         { "refuse", QJsonArray::fromStringList(faults.refuse) },
         { "endless_listing", faults.endlessListing },
+        { "hostile_names", QJsonArray::fromStringList(faults.hostileNames) },
         { "drop", QJsonArray::fromStringList(faults.drop) },
         { "hang_up_after_upload", faults.hangUpAfterUpload },
         { "spare_files", faults.spareFiles },

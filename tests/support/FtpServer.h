@@ -40,8 +40,10 @@ struct FtpFaults {
     // The data of these commands (RETR, LIST...) goes one byte at a time, this far apart: a
     // server that keeps a transfer alive without moving it.
     std::map<QString, std::chrono::milliseconds> trickle {};
-    // LIST answers with lines that never end.
+    // LIST and MLSD answer with lines that never end.
     bool endlessListing = false;
+    // Files of these names are added to every listing (LIST, MLSD), whatever the names hold.
+    QStringList hostileNames {};
     // Commands on which the server closes the control connection without a reply.
     QStringList drop {};
     // After an upload the server closes the control connection, as one whose idle time-out runs

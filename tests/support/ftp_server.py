@@ -20,8 +20,7 @@ import sys
 import threading
 
 from pyftpdlib.authorizers import AuthenticationFailed, DummyAuthorizer
-from pyftpdlib.handlers import (ActiveDTP, BufferedIteratorProducer, DTPHandler,
-                                FTPHandler)
+from pyftpdlib.handlers import ActiveDTP, DTPHandler, FTPHandler
 from pyftpdlib.servers import FTPServer
 
 # Commands whose data connection a close_data_after fault can cut.
@@ -153,13 +152,14 @@ class FaultyHandler(FTPHandler):
         if cmd in FILE_COMMANDS:
             FaultyHandler.files_received += 1
 
-    def ftp_LIST(self, path):
-        if not self.faults.get("endless_listing"):
-            return super().ftp_LIST(path)
-        lines = (("-rw-r--r--   1 owner group %12d Jan 01  2024 file%d\r\n" % (n, n)).encode()
-                 for n in itertools.count())
-        self.push_dtp_data(BufferedIteratorProducer(lines), isproducer=True, cmd="LIST")
-        return path
+    def push_dtp_data(self, data, isproducer=False, file=None, cmd=None):
+        if isproducer and cmd in ("LIST", "MLSD"):
+            if self.faults.get("endless_listing"):
+                data.iterator = (listing_line(cmd, "file%d" % n, n) for n in itertools.count())
+            names = self.faults.get("hostile_names", [])
+            data.iterator = itertools.chain(data.iterator,
+                                            (listing_line(cmd, name, 5) for name in names))
+        return super().push_dtp_data(data, isproducer, file, cmd)
 
     def _load_faults(self, files_before):
         """The faults for a command that came after files_before file transfers."""
@@ -199,6 +199,15 @@ class FaultyHandler(FTPHandler):
         if cmd in TRANSFER_COMMANDS:
             self.transfer_command = cmd
         super().pre_process_command(line, cmd, arg)
+
+
+def listing_line(cmd, name, size):
+    """One file of a listing in the format of its command, the name as it stands."""
+    if cmd == "MLSD":
+        line = "type=file;size=%d;modify=20240101000000; %s\r\n" % (size, name)
+    else:
+        line = "-rw-r--r--   1 owner group %12d Jan 01  2024 %s\r\n" % (size, name)
+    return line.encode("utf-8", "surrogateescape")
 
 
 class FaultyAuthorizer(DummyAuthorizer):

@@ -49,9 +49,10 @@ FrameScreens::FrameScreens(const FrameViews& views, QWidget* parent)
     outer_->addWidget(viewOr(views.log, QObject::tr("Log")));
 
     const std::array<std::array<QWidget*, 2>, 3> panes { {
-        { placeholder(QObject::tr("Remote site")), placeholder(QObject::tr("Local files")) },
-        { placeholder(QObject::tr("First remote site")),
-            placeholder(QObject::tr("Second remote site")) },
+        { viewOr(views.remoteSite, QObject::tr("Remote site")),
+            viewOr(views.localFiles, QObject::tr("Local files")) },
+        { viewOr(views.firstRemote, QObject::tr("First remote site")),
+            viewOr(views.secondRemote, QObject::tr("Second remote site")) },
         { viewOr(views.sitesList, QObject::tr("Sites")),
             viewOr(views.fileList, QObject::tr("Files to send")) },
     } };

@@ -24,6 +24,12 @@ struct FrameViews {
     // is shown go to the file list; the profile bar's choices fill both.
     CFtpView* sitesList = nullptr;
     CFileListView* fileList = nullptr;
+    // The panes of the Standard FTP screen (a remote site and the local disks) and of the Remote
+    // FTP screen (two remote sites).
+    QWidget* remoteSite = nullptr;
+    QWidget* localFiles = nullptr;
+    QWidget* firstRemote = nullptr;
+    QWidget* secondRemote = nullptr;
     // Commands of the Multiple FTP Put screen (Send Parallel, Send Serial ...): in the FTP menu
     // and on the tool bar, shown while that screen is.
     QList<QAction*> multiplePutActions;

@@ -7,11 +7,15 @@
 #include "app/ui/CMainFrame.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/MessageBoxNotifier.h"
+#include "distribution/ui/BrowserTransfers.h"
 #include "app/ui/ProfileBar.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "distribution/ui/CTransfersDock.h"
 #include "distribution/ui/MultiplePut.h"
+#include "distribution/ui/RemoteFtpScreen.h"
+#include "distribution/ui/RemoteHalf.h"
+#include "distribution/ui/StandardFtpScreen.h"
 #include "ftp/ui/CStatisticsDlg.h"
 #include "log/ui/CLogView.h"
 #include "options/ui/CSystemConfigSheet.h"
@@ -134,7 +138,14 @@ int WindowedRun::runWindows(const StartRequest& request)
     auto* files = new CFileListView(notifier);
     MultiplePut multiplePut(
         *sites, *files, services.jobs(), services.threads(), background.bookkeeping());
+    BrowserTransfers transfers(services.jobs(), background.bookkeeping(), services.threads());
+    StandardFtpScreen standardFtp(services.jobs(), notifier, services.threads(), transfers);
+    RemoteFtpScreen remoteFtp(services.jobs(), notifier, services.threads(), transfers);
     FrameViews views;
+    views.remoteSite = standardFtp.remotePane();
+    views.localFiles = standardFtp.localPane();
+    views.firstRemote = remoteFtp.half(0);
+    views.secondRemote = remoteFtp.half(1);
     views.log = new CLogView(services.log(), notifier);
     views.sitesList = sites;
     views.fileList = files;
