@@ -8,7 +8,6 @@
 #include "app/ui/FrameTray.h"
 #include "app/ui/MessageBoxNotifier.h"
 #include "distribution/ui/BrowserTransfers.h"
-#include "app/ui/ProfileBar.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "distribution/ui/CTransfersDock.h"
