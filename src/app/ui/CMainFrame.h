@@ -40,6 +40,7 @@ public:
     [[nodiscard]] Screen currentScreen() const { return screens_->current(); }
     // What the profile, file-list and link operations tell, so that the profile bar follows.
     [[nodiscard]] ProfileEvents& profileEvents() { return profileEvents_; }
+    [[nodiscard]] ProfileBar& profileBar() const { return *profileBar_; }
 
     // Local files dropped on the frame, or sent by another window, join the file list of the
     // Multiple FTP Put screen; any other screen refuses them with a message. False when refused.
