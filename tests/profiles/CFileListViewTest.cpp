@@ -1,5 +1,5 @@
 // The file-list view: files and folders dropped on it, and removing, renaming and saving driven as
-// the user drives them, with the questions answered by the test. Loading an .fls file is FileList's.
+// the user drives them, with the questions answered by the test.
 
 #include "profiles/ui/CFileListView.h"
 

@@ -172,8 +172,9 @@ TEST_F(ProfileScreenTest, FoldersAreMadeRenamedAndDeletedFromTheTree)
     EXPECT_TRUE(QFileInfo(profile(QStringLiteral("Europe/North"))).isDir());
 
     // A sibling's name is refused and the label stays; the folders below follow a rename.
-    for (const auto& [to, message, left] : { std::tuple { "Asia", ids::kFolderNotRenamed, "Europe" },
-             std::tuple { "Euro", 0, "Euro" } }) {
+    for (const auto& [to, message, left] :
+        { std::tuple { "Asia", ids::kFolderNotRenamed, "Europe" },
+            std::tuple { "Euro", 0, "Euro" } }) {
         notifier_.reset({});
         tree.setCurrentItem(itemLabelled(tree, QStringLiteral("Europe")));
         renameInPlace(tree, QString::fromUtf8(to));

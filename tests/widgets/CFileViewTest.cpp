@@ -1,5 +1,5 @@
-// The list base: the order each header click gives with folders kept first,
-// sizes past 4 GiB, and the rows the owner gets back from a selection or an activation.
+// The list base: the order each header click gives with folders kept first, sizes past 4 GiB, and
+// the rows the owner gets back from a selection or an activation.
 
 #include "widgets/CFileView.h"
 
