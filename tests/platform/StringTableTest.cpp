@@ -50,9 +50,6 @@ TEST(StringTableTest, IrregularTextsAreKeptByteForByte)
 // (a mistyped id would land on a hole and silently give an unrelated code a message).
 TEST(StringTableTest, ExactlyTheListedErrorCodesHaveMessages)
 {
-    EXPECT_EQ(StringTable::errorMessage(12001), StringTable::text(32877));
-    EXPECT_FALSE(StringTable::errorMessage(12001).isEmpty());
-    EXPECT_TRUE(StringTable::errorMessage(12050).isEmpty());
     for (int code = 12001; code <= 12144; ++code) {
         SCOPED_TRACE(code);
         const bool listed = std::find(kCodesWithMessage.begin(), kCodesWithMessage.end(), code)

@@ -1,6 +1,6 @@
-// The site-profile screen and the link dialog driven as the user drives them: folders, profiles
-// and links made, renamed and deleted, the files on disk and the links' upkeep checked, and the
-// form's "Test connection" against a server that refuses the login and one that takes it.
+// The site-profile screen driven as the user drives it: the form saved, folders made, renamed and
+// deleted from the tree, and the form's "Test connection" against a server that refuses the login
+// and one that takes it.
 
 #include "profiles/ui/CProfile.h"
 
@@ -8,8 +8,6 @@
 #include "ProfilesFixture.h"
 #include "TestWait.h"
 #include "distribution/WorkerThreads.h"
-#include "profiles/LinkFile.h"
-#include "profiles/ui/CLinkDlg.h"
 #include "profiles/ui/CProfDialog.h"
 #include "profiles/ui/CProfTree.h"
 #include "profiles/ui/CProfView.h"
@@ -17,13 +15,9 @@
 #include "settings/SettingsStore.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QTest>
-
-#include <cstdlib>
 
 namespace zelto::test {
 namespace {
@@ -91,7 +85,7 @@ protected:
         field->clear();
         QTest::keyClicks(field, text);
     }
-    void fillNew(const QString& name, const QString& port = QStringLiteral("21"))
+    void fillNew(const QString& name, const QString& port)
     {
         form().newSite();
         type(form().nameField(), name);
@@ -105,52 +99,26 @@ protected:
     std::unique_ptr<CProfile> screen_;
 };
 
-TEST_F(ProfileScreenTest, TheFormSavesWhatTheNameAndModeAllow)
+// The name and port rules are the form's own; here the OK button saves, and a refusal keeps what
+// was typed so that the user can correct it.
+TEST_F(ProfileScreenTest, OkSavesTheTypedProfileOrKeepsWhatWasTyped)
 {
-    makeProfile(QStringLiteral("taken.ini"), "old.example");
-    const QByteArray takenBefore = contents(profile(QStringLiteral("taken.ini")));
-    const struct {
-        const char* typed;
-        const char* port;
-        const char* file; // written, or nullptr
-        int message; // shown, or 0
-    } cases[] = {
-        { "site.old", "21", "site.ini", 0 },
-        { ".hidden", "2121", ".hidden.ini", 0 },
-        { "taken", "21", nullptr, ids::kProfileExists },
-        { "noport", "", nullptr, ids::kFillAllFields },
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.typed);
+    for (const auto& [port, saved] : { std::pair { "", false }, std::pair { "2121", true } }) {
+        SCOPED_TRACE(port);
         notifier_.reset({});
-        fillNew(QString::fromUtf8(c.typed), QString::fromUtf8(c.port));
+        fillNew(QStringLiteral("site.old"), QString::fromUtf8(port));
         QTest::mouseClick(form().findChild<QPushButton*>(QStringLiteral("ok")), Qt::LeftButton);
-        EXPECT_EQ(notifier_.messages, texts(c.message));
-        if (c.file) {
-            const QString file = profile(QString::fromUtf8(c.file));
-            EXPECT_EQ(SiteProfile::readFields(file),
-                (ProfileFields { "ftp.example", "me", "secret", "", "", c.port }));
-            EXPECT_TRUE(ownerOnly(file));
-            EXPECT_TRUE(rows(screen().list()).contains(SiteProfile::nameOf(file)));
-            EXPECT_EQ(form().mode(), ProfileForm::Mode::None);
+        EXPECT_EQ(notifier_.messages, texts(saved ? 0 : ids::kFillAllFields));
+        EXPECT_EQ(form().mode(), saved ? ProfileForm::Mode::None : ProfileForm::Mode::New);
+        if (saved) {
+            EXPECT_EQ(SiteProfile::readFields(profile(QStringLiteral("site.ini"))),
+                (ProfileFields { "ftp.example", "me", "secret", "", "", port }));
+            EXPECT_TRUE(rows(screen().list()).contains(QStringLiteral("site")));
         } else {
-            // A refused save keeps what was typed, so the user can correct it.
-            EXPECT_EQ(form().mode(), ProfileForm::Mode::New);
-            EXPECT_EQ(form().nameField()->text(), QString::fromUtf8(c.typed));
+            EXPECT_EQ(form().nameField()->text(), QStringLiteral("site.old"));
             form().cancel();
         }
     }
-    EXPECT_EQ(contents(profile(QStringLiteral("taken.ini"))), takenBefore);
-    EXPECT_EQ(events_.profiles, 2);
-
-    // Edited after the file went behind the program's back.
-    chooseProfile(QStringLiteral("site"));
-    ASSERT_EQ(form().mode(), ProfileForm::Mode::Edit);
-    EXPECT_FALSE(form().nameField()->isEnabled());
-    QFile::remove(profile(QStringLiteral("site.ini")));
-    notifier_.reset({});
-    QTest::keyClick(form().hostField(), Qt::Key_Return);
-    EXPECT_EQ(notifier_.messages, texts(ids::kProfileMissing));
 }
 
 TEST_F(ProfileScreenTest, AnonymousLoginIsShownAndFilledFromTheSettings)
@@ -189,12 +157,11 @@ TEST_F(ProfileScreenTest, ADamagedProfileOpensEmptyAndIsSavedOver)
         QStringLiteral("mended.example"));
 }
 
-TEST_F(ProfileScreenTest, FoldersAreMadeRenamedAndDeletedWithTheirLinks)
+// Which links follow a folder is the store's rule; here the tree's keys and in-place labels.
+TEST_F(ProfileScreenTest, FoldersAreMadeRenamedAndDeletedFromTheTree)
 {
     makeProfile(QStringLiteral("Europe/Paris.ini"));
     makeProfile(QStringLiteral("Asia/tokyo.ini"));
-    makeLink(QStringLiteral("west"), { profile(QStringLiteral("Europe/Paris.ini")) });
-    makeLink(QStringLiteral("east"), { profile(QStringLiteral("Asia/tokyo.ini")) });
     CProfTree& tree = screen().tree();
 
     // Insert makes "New Profile" below the chosen folder and opens its label for a name.
@@ -204,31 +171,20 @@ TEST_F(ProfileScreenTest, FoldersAreMadeRenamedAndDeletedWithTheirLinks)
     editLabel(tree, QStringLiteral("North"));
     EXPECT_TRUE(QFileInfo(profile(QStringLiteral("Europe/North"))).isDir());
 
-    // A sibling's name is refused and the label stays; another is taken on disk and in links,
-    // whose rest keeps its case, and the folders below follow.
-    const struct {
-        const char* to;
-        int message;
-        const char* left; // the label afterwards
-    } renames[] = {
-        { "Asia", ids::kFolderNotRenamed, "Europe" },
-        { "Euro", 0, "Euro" },
-    };
-    for (const auto& r : renames) {
+    // A sibling's name is refused and the label stays; the folders below follow a rename.
+    for (const auto& [to, message, left] :
+        { std::tuple { "Asia", ids::kFolderNotRenamed, "Europe" },
+            std::tuple { "Euro", 0, "Euro" } }) {
         notifier_.reset({});
         tree.setCurrentItem(itemLabelled(tree, QStringLiteral("Europe")));
-        renameInPlace(tree, QString::fromUtf8(r.to));
-        EXPECT_EQ(notifier_.messages, texts(r.message));
-        EXPECT_NE(itemLabelled(tree, QString::fromUtf8(r.left)), nullptr);
+        renameInPlace(tree, QString::fromUtf8(to));
+        EXPECT_EQ(notifier_.messages, texts(message));
+        EXPECT_NE(itemLabelled(tree, QString::fromUtf8(left)), nullptr);
     }
     chooseFolder(QStringLiteral("North"));
     EXPECT_EQ(screen().list().folder(), profile(QStringLiteral("Euro/North")));
-    chooseFolder(QStringLiteral("Euro"));
-    EXPECT_EQ(LinkFile::read(linkPath(QStringLiteral("west"))).sites.front().profile,
-        profile(QStringLiteral("Euro/Paris.ini")));
-    EXPECT_EQ(rows(screen().list()), QStringList({ "Paris" }));
 
-    // The root stays whatever the answer; "Yes To All" takes the folder and its links.
+    // The root stays whatever the answer; "Yes To All" takes the folder.
     notifier_.reset({});
     tree.setCurrentItem(tree.topLevelItem(0));
     QTest::keyClick(&tree, Qt::Key_Delete);
@@ -237,71 +193,7 @@ TEST_F(ProfileScreenTest, FoldersAreMadeRenamedAndDeletedWithTheirLinks)
     chooseFolder(QStringLiteral("Asia"));
     QTest::keyClick(&tree, Qt::Key_Delete);
     EXPECT_FALSE(QFileInfo::exists(profile(QStringLiteral("Asia"))));
-    EXPECT_FALSE(QFileInfo::exists(linkPath(QStringLiteral("east"))));
-    EXPECT_TRUE(QFileInfo::exists(linkPath(QStringLiteral("west"))));
     EXPECT_EQ(itemLabelled(tree, QStringLiteral("Asia")), nullptr);
-}
-
-TEST_F(ProfileScreenTest, ProfilesAreRenamedAndDeletedFromTheList)
-{
-    makeProfile(QStringLiteral("alpha.ini"));
-    makeProfile(QStringLiteral("beta.ini"));
-    makeLink(QStringLiteral("both"),
-        { profile(QStringLiteral("alpha.ini")), profile(QStringLiteral("beta.ini")) });
-    CProfView& list = screen().list();
-
-    // A taken name is refused and the label stays; a typed dot cuts the name as a save does.
-    chooseProfile(QStringLiteral("alpha"));
-    renameInPlace(list, QStringLiteral("beta"));
-    EXPECT_EQ(notifier_.messages, texts(ids::kRenameTargetExists));
-    EXPECT_EQ(rows(list), QStringList({ "alpha", "beta" }));
-    chooseProfile(QStringLiteral("alpha"));
-    renameInPlace(list, QStringLiteral("gamma.old"));
-    EXPECT_EQ(rows(list), QStringList({ "beta", "gamma" }));
-    EXPECT_TRUE(QFileInfo::exists(profile(QStringLiteral("gamma.ini"))));
-    EXPECT_EQ(LinkFile::read(linkPath(QStringLiteral("both"))).sites.front().profile,
-        profile(QStringLiteral("gamma.ini")));
-
-    notifier_.reset({ Answer::Accepted });
-    chooseProfile(QStringLiteral("beta"));
-    QTest::keyClick(&list, Qt::Key_Delete);
-    EXPECT_EQ(rows(list), QStringList({ "gamma" }));
-    EXPECT_FALSE(QFileInfo::exists(profile(QStringLiteral("beta.ini"))));
-    EXPECT_FALSE(QFileInfo::exists(linkPath(QStringLiteral("both"))));
-}
-
-TEST_F(ProfileScreenTest, ImportWritesTheOldServerFileIntoTheChosenFolder)
-{
-    QDir().mkpath(profile(QStringLiteral("old")));
-    const QString sts = temp_.root() + QStringLiteral("/servers.sts");
-    writeFile(sts, "FTP_SERVER_FILE\r\nftp.a.org anna pw NONE\r\nftp.b.org bob pw2 /in\r\n");
-    screen().setImportChooser([&] { return sts; });
-    chooseFolder(QStringLiteral("old"));
-    screen().importProfiles();
-    EXPECT_EQ(rows(screen().list()), QStringList({ "ftp_a_org", "ftp_b_org" }));
-    EXPECT_EQ(SiteProfile::readFields(profile(QStringLiteral("old/ftp_b_org.ini"))),
-        (ProfileFields { "ftp.b.org", "bob", "pw2", "/in", "", "21" }));
-}
-
-TEST_F(ProfileScreenTest, FirstOpeningIsCentredAndAMovedScreenComesBackThere)
-{
-    QWidget frame;
-    frame.setGeometry(100, 50, 600, 500);
-    frame.show();
-    {
-        CProfile first(notifier_, events_, threads_, &frame);
-        EXPECT_GT(first.width(), 400);
-        EXPECT_GT(first.height(), 400);
-        EXPECT_LE(
-            std::abs(first.frameGeometry().center().x() - frame.frameGeometry().center().x()), 2);
-        first.show();
-        first.move(130, 140);
-        first.resize(820, 480);
-        first.close();
-    }
-    CProfile again(notifier_, events_, threads_, &frame);
-    EXPECT_EQ(again.size(), QSize(820, 480));
-    EXPECT_EQ(again.pos(), QPoint(130, 140));
 }
 
 TEST_F(ProfileScreenTest, TestConnectionSaysWhetherTheLoginAndFolderWork)

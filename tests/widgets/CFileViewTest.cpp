@@ -1,10 +1,7 @@
-// The list base: its four columns, the order each header click gives with folders kept first,
-// sizes past 4 GiB, and the rows the owner gets back from a selection or an activation.
+// The list base: the order each header click gives with folders kept first, sizes past 4 GiB, and
+// the rows the owner gets back from a selection or an activation.
 
 #include "widgets/CFileView.h"
-
-#include "platform/StringIds.h"
-#include "platform/StringTable.h"
 
 #include <QHeaderView>
 #include <QSignalSpy>
@@ -46,10 +43,6 @@ protected:
             names.append(view_.model()->index(row, 0).data().toString());
         return names;
     }
-    [[nodiscard]] QString header(int column) const
-    {
-        return view_.model()->headerData(column, Qt::Horizontal).toString();
-    }
     void select(std::initializer_list<int> rows)
     {
         view_.selectionModel()->clearSelection();
@@ -60,20 +53,6 @@ protected:
 
     CFileView view_;
 };
-
-TEST_F(FileViewTest, HeadersComeFromTheStringTableAndTheFileTitleCanChange)
-{
-    ASSERT_EQ(view_.model()->columnCount(), 4);
-    EXPECT_EQ(header(CFileView::Column::File), StringTable::text(ids::kColumnFile));
-    EXPECT_EQ(header(CFileView::Column::Size), StringTable::text(ids::kColumnSize));
-    EXPECT_EQ(header(CFileView::Column::FileType), StringTable::text(ids::kColumnFileType));
-    EXPECT_EQ(header(CFileView::Column::Modified), StringTable::text(ids::kColumnModified));
-
-    view_.setFileTitle("File (*.zip)");
-    EXPECT_EQ(header(CFileView::Column::File), "File (*.zip)");
-    view_.setFileTitle({});
-    EXPECT_EQ(header(CFileView::Column::File), StringTable::text(ids::kColumnFile));
-}
 
 TEST_F(FileViewTest, EachColumnSortsBothWaysWithFoldersFirst)
 {
