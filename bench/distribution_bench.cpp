@@ -225,7 +225,7 @@ int sendParallel(int serverCount, int siteCount, const QString& source,
     {
         WorkerThreads threads;
         ParallelStarter starter(
-            sites.size(),
+            threads, sites.size(),
             [&](std::size_t index) {
                 TransferJob::Setup setup;
                 setup.sites = { sites[index] };

@@ -189,7 +189,7 @@ RunResult sendOnce(bool windows, const std::vector<JobSite>& sites,
     const double uiCpuBefore = threadCpuSeconds();
     probe.start();
     const auto started = Clock::now();
-    ParallelStarter starter(sites.size(), [&](std::size_t index) {
+    ParallelStarter starter(threads, sites.size(), [&](std::size_t index) {
         TransferJob::Setup setup;
         setup.sites = { sites[index] };
         setup.files = files;
