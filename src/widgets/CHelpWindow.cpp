@@ -1,10 +1,12 @@
 #include "CHelpWindow.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
 #include <QPointer>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTextBlock>
 
 #include <algorithm>
@@ -39,6 +41,14 @@ CHelpWindow::CHelpWindow(QWidget* parent) : QTextBrowser(parent)
 void CHelpWindow::showSection(const QString& anchor, QWidget* parent)
 {
     static QPointer<CHelpWindow> open;
+    // Over a modal window the help must be that window's own, or the modal window would block it.
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+        parent = modal;
+        if (open && open->parentWidget() != modal) {
+            open->close();
+            open = nullptr;
+        }
+    }
     if (!open) {
         open = new CHelpWindow(parent);
         open->setAttribute(Qt::WA_DeleteOnClose);
@@ -53,6 +63,13 @@ void CHelpWindow::showSection(const QString& anchor, QWidget* parent)
     open->goTo(anchor);
     open->raise();
     open->activateWindow();
+}
+
+void CHelpWindow::bindHelpKey(QWidget& window, const QString& anchor)
+{
+    auto* key = new QShortcut(QKeySequence::HelpContents, &window);
+    QObject::connect(
+        key, &QShortcut::activated, &window, [&window, anchor] { showSection(anchor, &window); });
 }
 
 QString CHelpWindow::anchorOf(const QString& heading)

@@ -14,6 +14,9 @@ public:
     // unknown), making it the first time.
     static void showSection(const QString& anchor, QWidget* parent);
 
+    // Makes F1 in `window` show its section `anchor`.
+    static void bindHelpKey(QWidget& window, const QString& anchor);
+
     // The anchor of a heading: lower case, punctuation dropped, blanks made hyphens.
     [[nodiscard]] static QString anchorOf(const QString& heading);
 

@@ -270,7 +270,9 @@ TEST(SystemConfigSheet, EveryPageHasItsSectionInTheManual)
     EXPECT_FALSE(manual.goTo(QStringLiteral("no-such-section")));
     for (int i = 0; i < s.sheet.pageCount(); ++i)
         EXPECT_TRUE(manual.goTo(s.sheet.page(i).helpAnchor())) << i;
-    for (const char* window : { "main-window", "log-view", "transfer-window", "system-config" })
+    for (const char* window : { "main-window", "log-view", "transfer-window", "system-config",
+             "transfers-dock", "standard-ftp-screen", "remote-ftp-screen", "site-profiles",
+             "file-list-screen", "links", "queue-window", "scheduler" })
         EXPECT_TRUE(manual.goTo(QLatin1StringView(window))) << window;
 }
 

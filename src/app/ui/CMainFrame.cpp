@@ -190,8 +190,13 @@ void CMainFrame::connectCommands()
     connect(command(cmd::kExit), &QAction::triggered, this, &QWidget::close);
     connect(command(cmd::kCloseZelto), &QAction::triggered, this, &QWidget::close);
     connect(command(cmd::kAbout), &QAction::triggered, this, &CMainFrame::showAbout);
-    connect(command(cmd::kHelpTopics), &QAction::triggered, this,
-        [this] { CHelpWindow::showSection({}, this); });
+    // The manual opens at the screen shown; the Multiple FTP Put screen is the program's own.
+    connect(command(cmd::kHelpTopics), &QAction::triggered, this, [this] {
+        const char* section = currentScreen() == Screen::StandardFtp ? "standard-ftp-screen"
+            : currentScreen() == Screen::RemoteFtp                   ? "remote-ftp-screen"
+                                                                     : "";
+        CHelpWindow::showSection(QLatin1StringView(section), this);
+    });
 
     // Commands that open another window: enabled when the frame was lent one.
     const std::pair<int, std::function<void(QWidget*)>*> windows[]

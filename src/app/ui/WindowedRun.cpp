@@ -175,7 +175,8 @@ int WindowedRun::runWindows(const StartRequest& request)
     views.showQueue = [&services, &notifier, &background](QWidget* frame) {
         CQueueDlg window(
             QueueStore(), services.threads(), notifier,
-            [&background] { background.queueSender().sendQueue(); }, {}, frame);
+            [&background] { background.queueSender().sendQueue(); },
+            [frame] { CHelpWindow::showSection(QStringLiteral("queue-window"), frame); }, frame);
         window.exec();
     };
     views.configureScheduler = [&notifier](QWidget* frame) {

@@ -4,6 +4,7 @@
 #include "profiles/LinkFile.h"
 #include "profiles/ProfileEvents.h"
 #include "profiles/ProfileStore.h"
+#include "widgets/CHelpWindow.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -60,6 +61,7 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
     , files_(new QListWidget(this))
 {
     setWindowTitle(tr("Profile / File Links"));
+    CHelpWindow::bindHelpKey(*this, QStringLiteral("links"));
     sites_->setAccessibleName(tr("Sites of the link"));
     files_->setAccessibleName(tr("Files of the link"));
 

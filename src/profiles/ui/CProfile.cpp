@@ -4,6 +4,7 @@
 #include "profiles/ui/CProfTree.h"
 #include "profiles/ui/CProfView.h"
 #include "settings/SettingsKeys.h"
+#include "widgets/CHelpWindow.h"
 #include "widgets/StoredPlacement.h"
 #include "widgets/StoredSplitter.h"
 
@@ -36,6 +37,7 @@ CProfile::CProfile(
 {
     setObjectName(QStringLiteral("profileScreen"));
     setWindowTitle(tr("FTP Profiles"));
+    CHelpWindow::bindHelpKey(*this, QStringLiteral("site-profiles"));
     chooseImport_ = [this] {
         return QFileDialog::getOpenFileName(this, tr("Import from previous Zelto Version"),
             QString(), tr("Server files (*.sts);;All files (*)"));

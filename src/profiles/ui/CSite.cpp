@@ -8,6 +8,7 @@
 #include "settings/SettingsKeys.h"
 #include "widgets/CDirView.h"
 #include "widgets/CDriveTree.h"
+#include "widgets/CHelpWindow.h"
 #include "widgets/StoredPlacement.h"
 #include "widgets/StoredSplitter.h"
 
@@ -37,6 +38,7 @@ CSite::CSite(Notifier& notifier, ProfileEvents& events, QWidget* frame)
 {
     setObjectName(QStringLiteral("fileListScreen"));
     setWindowTitle(tr("List of Files Profiles"));
+    CHelpWindow::bindHelpKey(*this, QStringLiteral("file-list-screen"));
     buildPanes();
     buildToolBar();
     wirePanes();

@@ -6,6 +6,7 @@
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
 #include "queue/QueueDeletion.h"
+#include "widgets/CHelpWindow.h"
 #include "widgets/ReportList.h"
 #include "widgets/StoredPlacement.h"
 
@@ -50,6 +51,7 @@ CQueueDlg::CQueueDlg(QueueStore store, WorkerThreads& threads, Notifier& notifie
     , progress_(new QProgressBar)
 {
     setWindowTitle(tr("Queue"));
+    CHelpWindow::bindHelpKey(*this, QStringLiteral("queue-window"));
     list_->setModel(&rows_);
     setUpReportList(*list_);
     list_->setRootIsDecorated(false);

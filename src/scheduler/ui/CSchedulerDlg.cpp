@@ -6,6 +6,7 @@
 #include "profiles/LinkFile.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/DataFolders.h"
+#include "widgets/CHelpWindow.h"
 #include "widgets/StoredPlacement.h"
 
 #include <QCheckBox>
@@ -102,6 +103,7 @@ CSchedulerDlg::CSchedulerDlg(Notifier& notifier, Clock clock, QWidget* parent)
     , list_(new QTreeWidget)
 {
     setWindowTitle(tr("Zelto Scheduler"));
+    CHelpWindow::bindHelpKey(*this, QStringLiteral("scheduler"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(buildChoice());
     layout->addWidget(buildList(), 1);
