@@ -1,6 +1,7 @@
 #include "LinkDistribution.h"
 
 #include "distribution/JobOutcomeSink.h"
+#include "distribution/ProfileSite.h"
 #include "distribution/RunOffThread.h"
 #include "distribution/TransferJob.h"
 #include "profiles/LinkRun.h"
@@ -63,15 +64,8 @@ void LinkDistribution::prepared(Plan plan)
     }
     files_ = plan.set.files();
     for (std::size_t i = 0; i < plan.sites.size(); ++i) {
-        const SiteRecord& record = plan.sites[i];
-        JobSite site;
-        site.server = record.host;
-        site.name = plan.siteNames[i];
-        site.user = record.user;
-        site.password = record.password;
-        site.port = quint16(record.port);
-        site.remoteFolder = record.remotePath;
-        sites_.push_back(std::make_unique<Site>(*this, std::move(site)));
+        sites_.push_back(
+            std::make_unique<Site>(*this, jobSiteOf(plan.sites[i], plan.siteNames[i])));
     }
     pending_ = int(sites_.size());
     report_->runStarted(sites_.size(), files_.size(), plan.set.totalBytes());

@@ -558,6 +558,8 @@ TEST(MainFrameTest, ProfileBarAndDroppedFilesFillTheMultiplePutScreenOnly)
     FrameViews views;
     views.sitesList = sites;
     views.fileList = files;
+    QStringList connected; // the profiles the Standard FTP screen was asked to connect to
+    views.connectProfile = [&](const QString& profile) { connected << profile; };
     CMainFrame& frame = run.shown(views);
     const ProfileBar& bar = frame.profileBar();
     const auto items = [](const QComboBox* list) {
@@ -584,6 +586,10 @@ TEST(MainFrameTest, ProfileBarAndDroppedFilesFillTheMultiplePutScreenOnly)
     EXPECT_EQ(run.notifier.icons, QList({ MessageIcon::Stop, MessageIcon::Stop }));
     EXPECT_TRUE(servers().isEmpty());
     EXPECT_TRUE(files->entries().empty());
+    // There a chosen site is connected to in the remote half, not added to the sites to send to.
+    Q_EMIT bar.sites()->activated(1);
+    EXPECT_EQ(connected, QStringList { beta });
+    EXPECT_TRUE(servers().isEmpty());
 
     run.command(cmd::kMultiplePut)->trigger();
     Q_EMIT bar.sites()->activated(0);

@@ -247,8 +247,12 @@ void CMainFrame::connectCommands()
 
 void CMainFrame::connectProfileBar()
 {
-    connect(profileBar_, &ProfileBar::siteChosen, this,
-        [this](const QString& profile) { takeProfiles({ profile }, {}); });
+    connect(profileBar_, &ProfileBar::siteChosen, this, [this](const QString& profile) {
+        if (currentScreen() == Screen::StandardFtp && views_.connectProfile)
+            views_.connectProfile(profile);
+        else
+            takeProfiles({ profile }, {});
+    });
     connect(profileBar_, &ProfileBar::fileListChosen, this,
         [this](const QString& folder) { takeProfiles({}, FileListStore::listFile(folder)); });
     connect(profileBar_, &ProfileBar::linkChosen, this, [this](const QString& file) {

@@ -45,6 +45,9 @@ struct FrameViews {
     // frame, or raises it when it is open.
     std::function<void(QWidget* frame)> showProfiles;
     std::function<void(QWidget* frame)> showLinks;
+    // On the Standard FTP screen, a site chosen on the profile bar is connected in the remote
+    // half instead of joining the sites to send to; the profile file is handed over.
+    std::function<void(const QString& profile)> connectProfile;
     // "FTP Queue...": the queue window, modal over the frame.
     std::function<void(QWidget* frame)> showQueue;
     // "Configure Scheduler..." (main and tray menus): the configurator, modal over the frame.

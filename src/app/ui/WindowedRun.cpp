@@ -7,6 +7,7 @@
 #include "app/ui/CMainFrame.h"
 #include "app/ui/FrameTray.h"
 #include "app/ui/MessageBoxNotifier.h"
+#include "distribution/ProfileSite.h"
 #include "distribution/ui/BrowserTransfers.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CTransferDlg.h"
@@ -143,6 +144,9 @@ int WindowedRun::runWindows(const StartRequest& request)
     FrameViews views;
     views.remoteSite = standardFtp.remotePane();
     views.localFiles = standardFtp.localPane();
+    views.connectProfile = [&standardFtp](const QString& profile) {
+        standardFtp.remote()->connectTo(jobSiteOfProfile(profile));
+    };
     views.firstRemote = remoteFtp.half(0);
     views.secondRemote = remoteFtp.half(1);
     views.log = new CLogView(services.log(), notifier);

@@ -1,5 +1,6 @@
 #include "SiteListModel.h"
 
+#include "distribution/ProfileSite.h"
 #include "profiles/StoredFormats.h"
 
 #include <QDir>
@@ -128,16 +129,8 @@ std::vector<JobSite> SiteListModel::sites() const
 {
     std::vector<JobSite> sites;
     sites.reserve(rows_.size());
-    for (const Row& row : rows_) {
-        JobSite site;
-        site.server = row.site.host;
-        site.name = SiteProfile::nameOf(row.profile);
-        site.user = row.site.user;
-        site.password = row.site.password;
-        site.port = quint16(row.site.port);
-        site.remoteFolder = row.site.remotePath;
-        sites.push_back(std::move(site));
-    }
+    for (const Row& row : rows_)
+        sites.push_back(jobSiteOf(row.site, SiteProfile::nameOf(row.profile)));
     return sites;
 }
 
