@@ -1,12 +1,24 @@
 #include "CFileView.h"
 
+#include "settings/SettingsKeys.h"
+#include "settings/SettingsStore.h"
 #include "widgets/ReportList.h"
 
+#include <QApplication>
 #include <QHeaderView>
 
 #include <algorithm>
 
 namespace zelto {
+
+void CFileView::readDateOrder()
+{
+    FileRowModel::setDateOrder(SettingsStore::get(settings::config::kTimeType));
+    for (QWidget* widget : QApplication::allWidgets()) {
+        if (auto* view = qobject_cast<CFileView*>(widget))
+            view->viewport()->update();
+    }
+}
 
 CFileView::CFileView(QWidget* parent) : QTreeView(parent), order_(model_)
 {

@@ -22,6 +22,9 @@ public:
 
     explicit CFileView(QWidget* parent = nullptr);
 
+    // Reads TimeType, the order of the Modified column's dates, and shows every list by it.
+    static void readDateOrder();
+
     // Shows these rows in place of the ones shown, in the current order.
     void setRows(std::vector<FileRow> rows);
     // The rows in the order they were given (not the order shown).

@@ -15,6 +15,9 @@ namespace {
 // No file name holds a separator, so this key never meets one made from a name.
 constexpr QLatin1StringView kFolderKey("/");
 
+// The Modified column's date format; set from the settings on the UI thread only.
+QString dateFormat = QStringLiteral("MM/dd/yyyy");
+
 QString extensionOf(const QString& name)
 {
     const qsizetype dot = name.lastIndexOf(u'.');
@@ -37,6 +40,27 @@ int FileRowModel::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : ColumnCount;
 }
 
+void FileRowModel::setDateOrder(const QString& timeType)
+{
+    const std::pair<const char*, const char*> orders[]
+        = { { "DD/MM", "dd/MM/yyyy" }, { "MON/DD", "MMM/dd/yyyy" }, { "DD/MON", "dd/MMM/yyyy" } };
+    dateFormat = QStringLiteral("MM/dd/yyyy");
+    for (const auto& [word, format] : orders) {
+        if (timeType == QLatin1StringView(word))
+            dateFormat = QLatin1StringView(format);
+    }
+}
+
+QString FileRowModel::dateText(const QDateTime& modified)
+{
+    if (!modified.isValid())
+        return {};
+    // Month names in English, as the words of the setting are.
+    const QLocale c = QLocale::c();
+    return c.toString(modified.toLocalTime().date(), dateFormat) + u' '
+        + QLocale().toString(modified.toLocalTime().time(), QLocale::ShortFormat);
+}
+
 const QString& FileRowModel::typeText(int row) const
 {
     return kinds_[std::size_t(rowKinds_[std::size_t(row)])].text;
@@ -57,9 +81,7 @@ QVariant FileRowModel::data(const QModelIndex& index, int role) const
         case FileType:
             return typeText(index.row());
         case Modified:
-            return entry.modified.isValid()
-                ? QLocale().toString(entry.modified, QLocale::ShortFormat)
-                : QString();
+            return dateText(entry.modified);
         }
         break;
     case Qt::DecorationRole:

@@ -35,6 +35,11 @@ public:
     [[nodiscard]] int find(const QString& name) const;
     void removeRowAt(int row);
     void replaceRowAt(int row, const FileRow& replacement);
+    // How the Modified column writes a date, from the TimeType word ("MM/DD", "DD/MM", "MON/DD",
+    // "DD/MON"; any other word is "MM/DD"); one choice for every list of the program.
+    static void setDateOrder(const QString& timeType);
+    [[nodiscard]] static QString dateText(const QDateTime& modified);
+
     // The title of the first column; empty gives the usual "File".
     void setFileTitle(const QString& title);
     [[nodiscard]] QString fileTitle() const;

@@ -101,6 +101,21 @@ TEST_F(FileViewTest, SizesPastFourGibShowWhole)
         << "a folder shows no size";
 }
 
+// TimeType orders the Modified column's date; an unknown word keeps the month first.
+TEST(FileRowModelTest, DatesFollowTheTimeTypeWord)
+{
+    const QDateTime modified(QDate(2026, 3, 7), QTime(14, 5));
+    const std::pair<const char*, const char*> cases[]
+        = { { "MM/DD", "03/07/2026" }, { "DD/MM", "07/03/2026" }, { "MON/DD", "Mar/07/2026" },
+              { "DD/MON", "07/Mar/2026" }, { "", "03/07/2026" }, { "dd/mm", "03/07/2026" } };
+    for (const auto& [word, date] : cases) {
+        FileRowModel::setDateOrder(QLatin1StringView(word));
+        EXPECT_TRUE(FileRowModel::dateText(modified).startsWith(QLatin1StringView(date))) << word;
+    }
+    EXPECT_EQ(FileRowModel::dateText({}), QString());
+    FileRowModel::setDateOrder({});
+}
+
 TEST_F(FileViewTest, SelectionAndActivationGiveTheRowsShown)
 {
     view_.sortByColumn(CFileView::Column::File, Qt::DescendingOrder);

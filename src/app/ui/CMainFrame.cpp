@@ -18,6 +18,7 @@
 #include "profiles/ui/CFileListView.h"
 #include "scheduler/ScheduleStore.h"
 #include "settings/SettingsStore.h"
+#include "widgets/CFileView.h"
 #include "widgets/CHelpWindow.h"
 
 #include <QAction>
@@ -322,6 +323,7 @@ void CMainFrame::optionsChanged()
     const bool stacked
         = SettingsStore::get(config::kScreenSplit) == QLatin1StringView(config::kSplitVertical);
     screens_->setSplit(stacked ? Qt::Vertical : Qt::Horizontal);
+    CFileView::readDateOrder();
 }
 
 void CMainFrame::setTransferMode(int id)
