@@ -168,10 +168,18 @@ TEST_F(CopyEngineTest, ATargetTakesItsNameOnlyWhenWhole)
 
     to_->setFaults({ .closeDataAfter = 100'000, .closeDataOn = { "STOR" } });
     const auto cut = copyFile(*source, *target, request);
-    EXPECT_EQ(cut.code, inet::kConnectionTerminated) << cut.text().toStdString();
-    EXPECT_EQ(targetFiles(), QStringList {});
+    // The server's 426 or, when it reset the data still coming, the reset (which takes the
+    // control connection along, so the partial stays, under its own name).
+    EXPECT_TRUE(cut.code == inet::kConnectionTerminated || cut.code == inet::kConnectionReset)
+        << cut.text().toStdString();
+    const QStringList leftOver = targetFiles();
+    EXPECT_TRUE(leftOver.isEmpty() || leftOver == QStringList { "big.bin.zelto-part" })
+        << leftOver.join(u' ').toStdString();
+    // The resend comes as the queue's does, over a login of its own, and replaces the partial.
     to_->setFaults({});
-    const auto resent = copyFile(*source, *target, request);
+    auto resendTarget = session();
+    ASSERT_TRUE(resendTarget->connectJob(siteOf(*to_)).ok());
+    const auto resent = copyFile(*source, *resendTarget, request);
     EXPECT_TRUE(resent.ok()) << resent.text().toStdString();
     EXPECT_TRUE(arrivedWhole());
 
