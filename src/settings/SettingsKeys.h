@@ -91,6 +91,8 @@ inline constexpr TextKey kScheduler { kConfig, "Scheduler", kNo };
 inline constexpr IntKey kToolBar { kConfig, "ToolBar", 0 };
 inline constexpr IntKey kStatusBar { kConfig, "StatusBar", 0 };
 inline constexpr IntKey kProfileBar { kConfig, "ProfileBar", 0 };
+// The Transfers dock: shown at the last close of the main window.
+inline constexpr IntKey kTransfersDock { kConfig, "TransfersDock", 0 };
 inline constexpr IntKey kSysInfoX { kConfig, "SysInfo_X", 0 };
 inline constexpr IntKey kSysInfoY { kConfig, "SysInfo_Y", 0 };
 // The log writer reads its file name here; the Log page writes log::kFileName.

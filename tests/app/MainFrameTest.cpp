@@ -30,6 +30,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -478,6 +479,20 @@ TEST(MainFrameTest, FirstStartIsCentredWithEveryBarThenTheStoredChoicesHold)
     EXPECT_EQ(second.pos(), QPoint(50, 60));
     EXPECT_FALSE(second.findChild<QWidget*>(QStringLiteral("toolBar"))->isVisible());
     EXPECT_TRUE(second.statusBar()->isVisible());
+}
+
+// The Transfers dock starts hidden; as it was at a close, so it is at the next start.
+TEST(MainFrameTest, TransfersDockComesBackAsItWasLeft)
+{
+    FrameRun run;
+    for (const bool shownAtStart : { false, true, false }) {
+        FrameViews views;
+        views.transfers = new QDockWidget(QStringLiteral("Transfers"));
+        CMainFrame& frame = run.shown(views);
+        EXPECT_EQ(!views.transfers->isHidden(), shownAtStart);
+        views.transfers->toggleViewAction()->trigger();
+        frame.close();
+    }
 }
 
 // The bars, the transfer modes and the log filters: each command writes its key's word, and the

@@ -148,7 +148,7 @@ void CMainFrame::buildBars()
 
     if (QDockWidget* transfers = views_.transfers) {
         addDockWidget(Qt::BottomDockWidgetArea, transfers);
-        transfers->hide();
+        transfers->setVisible(SettingsStore::get(config::kTransfersDock) != 0);
         QAction* shown = transfers->toggleViewAction();
         shown->setText(tr("T&ransfers"));
         menus_->viewMenu()->addAction(shown);
@@ -496,6 +496,9 @@ void CMainFrame::closeEvent(QCloseEvent* event)
         background_.stopAll();
     }
     screens_->saveSizes();
+    // Hidden with the frame in the tray, the dock is still the user's choice: isHidden() tells.
+    if (views_.transfers)
+        SettingsStore::set(config::kTransfersDock, views_.transfers->isHidden() ? 0 : 1);
     tray_.remove();
     event->accept();
     Q_EMIT closed();
