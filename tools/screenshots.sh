@@ -179,7 +179,7 @@ sleep 3
 if [ -n "$TOOLS" ]; then
   # The keys go to the window that has the input focus: activated through the window manager,
   # or focused directly without one.
-  MAIN_WINDOW=$(xdotool search --onlyvisible --name "^Zelto" | head -n 1)
+  MAIN_WINDOW=$(timeout 20 xdotool search --sync --onlyvisible --name "^Zelto" | head -n 1) || true
   xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
     || xdotool windowfocus --sync "$MAIN_WINDOW" || true
   xdotool key alt+k Down || true
@@ -192,7 +192,7 @@ uploads_done 2 || echo "   the link did not start: no transfer windows to show" 
 # window (minimised, it would take its main window along).
 SCRIPT_WINDOW=
 if [ -n "$TOOLS" ]; then
-  SCRIPT_WINDOW=$(xdotool search --sync --onlyvisible --name "^Script " | head -n 1)
+  SCRIPT_WINDOW=$(timeout 20 xdotool search --sync --onlyvisible --name "^Script " | head -n 1) || true
   xdotool windowmove --sync "$SCRIPT_WINDOW" 2000 0 || true
 fi
 sleep 0.5
@@ -243,7 +243,7 @@ if [ -n "$TOOLS" ]; then
   xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
     || xdotool windowfocus --sync "$MAIN_WINDOW" || true
   xdotool key alt+t l || true
-  FILES_WINDOW=$(xdotool search --sync --onlyvisible --name "^List of Files Profiles" | head -n 1)
+  FILES_WINDOW=$(timeout 20 xdotool search --sync --onlyvisible --name "^List of Files Profiles" | head -n 1) || true
   xdotool windowactivate --sync "$FILES_WINDOW" 2>/dev/null \
     || xdotool windowfocus --sync "$FILES_WINDOW" || true
   xdotool key Down || true
@@ -271,7 +271,7 @@ dialog_shot() {
   xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
     || xdotool windowfocus --sync "$MAIN_WINDOW" || true
   xdotool key "$@" || true
-  dialog=$(xdotool search --sync --onlyvisible --name "^$title\$" | head -n 1)
+  dialog=$(timeout 20 xdotool search --sync --onlyvisible --name "^$title\$" | head -n 1) || true
   sleep 1
   frame_shot "$name" "$dialog"
   xdotool key --window "$dialog" Escape || true
@@ -301,7 +301,7 @@ if [ -n "$TOOLS" ]; then
   xdotool windowactivate --sync "$MAIN_WINDOW" 2>/dev/null \
     || xdotool windowfocus --sync "$MAIN_WINDOW" || true
   xdotool key alt+o c || true
-  OPTIONS_WINDOW=$(xdotool search --sync --onlyvisible --name "^System Config" | head -n 1)
+  OPTIONS_WINDOW=$(timeout 20 xdotool search --sync --onlyvisible --name "^System Config" | head -n 1) || true
   xdotool key ctrl+Tab ctrl+Tab || true
   sleep 0.5
   frame_shot options-sheet "$OPTIONS_WINDOW"
