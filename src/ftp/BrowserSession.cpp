@@ -102,12 +102,8 @@ FtpResult BrowserSession::renameChecked(const QString& fromFolder, const QString
                 from, result.ok() ? to : result.text());
         return result;
     };
-    if (!session_ || !session_->isConnected())
-        return done(notConnected());
-    if (!RemoteEntry::isPlainName(fromName))
-        return done(hostileName(fromName));
-    if (!RemoteEntry::isPlainName(toName))
-        return done(hostileName(toName));
+    if (const auto refused = refusal({ fromName, toName }))
+        return done(*refused);
     session_->reporter().setTray(TrayState::Sending);
     auto& connection = *session_->connection();
     const auto there = connection.list(toFolder);
@@ -129,10 +125,8 @@ FtpResult BrowserSession::removeFile(const QString& folder, const RemoteEntry& e
             session_->reporter().logDeletion(path, server_, result);
         return result;
     };
-    if (!session_ || !session_->isConnected())
-        return done(notConnected());
-    if (!entry.isPlainName())
-        return done(hostileName(entry.name));
+    if (const auto refused = refusal({ entry.name }))
+        return done(*refused);
     session_->reporter().setTray(TrayState::Sending);
     auto& connection = *session_->connection();
     FtpResult result;
@@ -158,10 +152,8 @@ FtpResult BrowserSession::makeFolder(const QString& parent, const QString& name)
                 result.text());
         return result;
     };
-    if (!session_ || !session_->isConnected())
-        return done(notConnected());
-    if (!RemoteEntry::isPlainName(name))
-        return done(hostileName(name));
+    if (const auto refused = refusal({ name }))
+        return done(*refused);
     auto& connection = *session_->connection();
     const auto there = connection.list(parent);
     if (there.ok() && there.value.contains(name))
@@ -178,10 +170,8 @@ FtpResult BrowserSession::removeFolder(const QString& parent, const RemoteEntry&
             session_->reporter().logDeletion(path, server_, result);
         return result;
     };
-    if (!session_ || !session_->isConnected())
-        return done(notConnected());
-    if (!entry.isPlainName())
-        return done(hostileName(entry.name));
+    if (const auto refused = refusal({ entry.name }))
+        return done(*refused);
     return done(session_->connection()->removeFolder(path));
 }
 
@@ -190,6 +180,17 @@ QString BrowserSession::join(const QString& folder, const QString& name)
     if (folder.isEmpty())
         return name;
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
+std::optional<FtpResult> BrowserSession::refusal(std::initializer_list<QString> names) const
+{
+    if (!session_ || !session_->isConnected())
+        return notConnected();
+    for (const QString& name : names) {
+        if (!RemoteEntry::isPlainName(name))
+            return hostileName(name);
+    }
+    return std::nullopt;
 }
 
 FtpResult BrowserSession::notConnected() const

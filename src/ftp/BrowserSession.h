@@ -8,8 +8,10 @@
 
 #include <QString>
 
+#include <initializer_list>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <stop_token>
 
 namespace zelto {
@@ -67,6 +69,9 @@ private:
     [[nodiscard]] FtpResult renameChecked(const QString& fromFolder, const QString& fromName,
         const QString& toFolder, const QString& toName);
     [[nodiscard]] FtpResult notConnected() const;
+    // Why an operation on `names` must not reach the server (no connection, a name a hostile
+    // listing gave), or nothing when it may.
+    [[nodiscard]] std::optional<FtpResult> refusal(std::initializer_list<QString> names) const;
 
     JobServices& services_;
     std::stop_token stop_;
