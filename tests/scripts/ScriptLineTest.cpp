@@ -31,6 +31,7 @@ TEST(ScriptLine, KeywordsWordsAndCounts)
         // Only as many letters as the keyword has are compared; leading white space goes.
         { "  \tgetall srv a.txt", Kind::Command, ScriptVerb::Get, "getall srv a.txt",
             "getall srv a.txt" },
+        // "close" needs no name.
         { "closeall", Kind::Command, ScriptVerb::Close, "closeall", "closeall" },
         { "CD\tsrv\t..", Kind::Command, ScriptVerb::Cd, "CD srv ..", "CD\tsrv\t.." },
         { "send a b *.txt extra", Kind::Command, ScriptVerb::Send, "send a b *.txt",
@@ -41,6 +42,7 @@ TEST(ScriptLine, KeywordsWordsAndCounts)
         // A mistyped open still hides the word where an open line has its password.
         { "opn typo host user secret 21", Kind::Unparsable, ScriptVerb::Open, "",
             "opn typo host user ***** 21" },
+        // Two letters swapped are two edits, the most a typo may have; five words, the fewest.
         { "OEPN typo host user secret", Kind::Unparsable, ScriptVerb::Open, "",
             "OEPN typo host user *****" },
         { "lcd a b c keep", Kind::Command, ScriptVerb::Lcd, "lcd a", "lcd a b c keep" },

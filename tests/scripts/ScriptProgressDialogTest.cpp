@@ -43,9 +43,7 @@ TEST_F(ScriptProgressDialogTest, PauseHoldsTheRunAndTheEndOffersClose)
     const QPointer window = show({ open("a", *a_), "mkdir a one", "mkdir a one", "close a" }, true);
     QPushButton* pause = window->toggleButton();
     QPushButton* stop = window->stopButton();
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Script run.cmd"));
     EXPECT_EQ(pause->text(), QStringLiteral("&Resume"));
-    EXPECT_EQ(stop->text(), QStringLiteral("&Stop"));
 
     QTest::mouseClick(pause, Qt::LeftButton);
     EXPECT_EQ(pause->text(), QStringLiteral("&Pause"));
