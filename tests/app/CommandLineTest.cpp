@@ -24,7 +24,6 @@ TEST(CommandLineParse, TakesOnlyTheFirstAcceptedForm)
         { "first form wins", { "-b", "run.cmd", "-l", "nightly" }, "run.cmd", "" },
         { "flag without value", { "-l" }, "", "" },
         { "absolute path is a value", { "/b", "/tmp/x/run.CMD" }, "/tmp/x/run.CMD", "" },
-        { "slash word is not a flag", { "/bx", "run.cmd" }, "", "" },
         { "queue needs no value", { "/Q", "nightly" }, "", "", true },
         { "queue after a pending flag", { "-l", "-q" }, "", "", true },
         { "queue after a form is ignored", { "-l", "nightly", "-q" }, "", "nightly" },

@@ -1,6 +1,7 @@
 #include "ProgramRun.h"
 
 #include "FtpServer.h"
+#include "FtpTestKit.h"
 #include "TempSettings.h"
 #include "TestFiles.h"
 #include "platform/StringIds.h"
@@ -63,7 +64,7 @@ TEST(ProgramRun, QueueRunEndsWithTheQueue)
     SKIP_WITHOUT(test::FtpServer);
     const test::TempSettings home;
     SettingsStore::set(settings::schedule::kResendFail, 1);
-    SettingsStore::set(settings::ftp::kAccessType, QStringLiteral("DirectAccess"));
+    test::useDirectAccess();
     test::FtpServer server;
     const QTemporaryDir local;
     ASSERT_TRUE(test::makeFile(local.filePath(QStringLiteral("a.txt")), 5000, 1));

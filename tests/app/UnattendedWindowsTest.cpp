@@ -4,11 +4,12 @@
 
 #include "DataFiles.h"
 #include "DistributionFixture.h"
+#include "app/CommandLine.h"
 #include "app/ui/WindowedRun.h"
 #include "distribution/ui/CTransferDlg.h"
-#include "scripts/ui/CScriptProgressDlg.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
+#include "scripts/ui/CScriptProgressDlg.h"
 #include "settings/DataFolders.h"
 
 #include <QApplication>
@@ -58,25 +59,18 @@ TEST_F(UnattendedWindowsTest, LinkAndScriptShowTheirWindowsAndEndWithTheirStatus
     writeFile(bad, "# not a command\n");
 
     const QString putTo = StringTable::text(ids::kTitlePutTo) + FtpServer::host();
-    const auto unattended = [](const QString& script, const QString& link) {
-        StartRequest request;
-        request.scriptFile = script;
-        request.linkName = link;
-        request.unattended = true;
-        return request;
-    };
     const struct {
         const char* what;
         StartRequest request;
         int status;
         std::vector<std::pair<QString, QString>> windows;
     } cases[] = {
-        { "a link", unattended({}, QStringLiteral("both")), 0,
+        { "a link", CommandLineParser::parse({ "-l", "both" }), 0,
             { { "zelto::CTransferDlg", putTo + QStringLiteral(" (site0)") },
                 { "zelto::CTransferDlg", putTo + QStringLiteral(" (site1)") } } },
-        { "a script", unattended(good, {}), 0,
+        { "a script", CommandLineParser::parse({ "-b", good }), 0,
             { { "zelto::CScriptProgressDlg", QStringLiteral("Script good.cmd") } } },
-        { "a script with a failed line", unattended(bad, {}), 1,
+        { "a script with a failed line", CommandLineParser::parse({ "-b", bad }), 1,
             { { "zelto::CScriptProgressDlg", QStringLiteral("Script bad.cmd") } } },
     };
     for (const auto& c : cases) {
