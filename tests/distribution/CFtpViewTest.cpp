@@ -118,25 +118,6 @@ TEST_F(FtpViewTest, RowsFollowTheirProfiles)
     EXPECT_EQ(view_.model()->rowCount(), 1);
 }
 
-TEST_F(FtpViewTest, ChooserFiltersByNameOrServer)
-{
-    writeProfile("shop/acme", "Host=ftp.acme.test\n");
-    writeProfile("shop/zeta", "Host=files.zeta.test\n");
-    writeProfile("mirror", "Host=acme-mirror.test\n");
-    const std::pair<const char*, QStringList> cases[] = {
-        { "", { profile("mirror"), profile("shop/acme"), profile("shop/zeta") } },
-        { "ACME", { profile("mirror"), profile("shop/acme") } },
-        { "zeta", { profile("shop/zeta") } },
-        { "nothing", {} },
-    };
-    for (const auto& [filter, chosen] : cases) {
-        CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root());
-        chooser.findChild<QLineEdit*>()->setText(QLatin1String(filter));
-        chooser.findChild<QTreeView*>()->selectAll();
-        EXPECT_EQ(chooser.chosen(), chosen) << filter;
-    }
-}
-
 TEST_F(FtpViewTest, AChooserWithoutProfilesLeadsToMakingOne)
 {
     for (const bool offered : { false, true }) {
@@ -162,21 +143,25 @@ TEST_F(FtpViewTest, AChooserWithoutProfilesLeadsToMakingOne)
     EXPECT_EQ(view_.model()->rowCount(), 0);
 }
 
-// From the filter, Return takes the only profile left (and nothing while several are), Down
-// moves into the list; the list reads by folder, then name, with the folder in a column.
-TEST_F(FtpViewTest, ChooserKeysAndOrder)
+// The filter matches a profile's name or its server in any case. From it, Return takes the only
+// profile left (and nothing while several are), Down moves into the list; the list reads by
+// folder, then name, with the folder in a column.
+TEST_F(FtpViewTest, ChooserFilterKeysAndOrder)
 {
     writeProfile("shop/zeta", "Host=files.zeta.test\n");
     writeProfile("shop/acme", "Host=ftp.acme.test\n");
     writeProfile("mirror", "Host=acme-mirror.test\n");
     {
         CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root());
-        const auto* list = chooser.findChild<QTreeView*>();
+        auto* list = chooser.findChild<QTreeView*>();
         QStringList rows;
         for (int row = 0; row < list->model()->rowCount(); ++row)
             rows << list->model()->index(row, 0).data().toString() + u'|'
                     + list->model()->index(row, 1).data().toString();
         EXPECT_EQ(rows, QStringList({ "mirror|", "acme|shop", "zeta|shop" }));
+        list->selectAll(); // several sites are added at once
+        EXPECT_EQ(chooser.chosen(),
+            QStringList({ profile("mirror"), profile("shop/acme"), profile("shop/zeta") }));
     }
     const struct {
         const char* filter;
@@ -184,12 +169,14 @@ TEST_F(FtpViewTest, ChooserKeysAndOrder)
         int result;
         QStringList chosen;
         bool listFocused;
+        int rowsLeft;
     } cases[] = {
-        { "zeta", Qt::Key_Return, QDialog::Accepted, { profile("shop/zeta") }, false },
-        { "ZETA", Qt::Key_Enter, QDialog::Accepted, { profile("shop/zeta") }, false },
-        { "acme", Qt::Key_Return, QDialog::Rejected, {}, false },
-        { "acme", Qt::Key_Down, QDialog::Rejected, { profile("mirror") }, true },
-        { "nothing", Qt::Key_Down, QDialog::Rejected, {}, false },
+        { "zeta", Qt::Key_Return, QDialog::Accepted, { profile("shop/zeta") }, false, 1 },
+        { "ZETA", Qt::Key_Enter, QDialog::Accepted, { profile("shop/zeta") }, false, 1 },
+        // One by its name, one by its server.
+        { "ACME", Qt::Key_Return, QDialog::Rejected, {}, false, 2 },
+        { "acme", Qt::Key_Down, QDialog::Rejected, { profile("mirror") }, true, 2 },
+        { "nothing", Qt::Key_Down, QDialog::Rejected, {}, false, 0 },
     };
     for (const auto& c : cases) {
         CSiteChooser chooser(ProfileStore::allProfiles(), ProfileStore::root());
@@ -203,6 +190,7 @@ TEST_F(FtpViewTest, ChooserKeysAndOrder)
         EXPECT_EQ(chooser.result(), c.result) << c.filter;
         EXPECT_EQ(chooser.chosen(), c.chosen) << c.filter;
         EXPECT_EQ(chooser.findChild<QTreeView*>()->hasFocus(), c.listFocused) << c.filter;
+        EXPECT_EQ(chooser.findChild<QTreeView*>()->model()->rowCount(), c.rowsLeft) << c.filter;
     }
 }
 
