@@ -3,6 +3,7 @@
 
 #include "distribution/WorkerThreads.h"
 
+#include "TestWait.h"
 #include "distribution/RunOffThread.h"
 
 #include <QCoreApplication>
@@ -53,10 +54,7 @@ TEST(WorkerThreadsTest, TransferWorkersAloneRunBelowTheThreadThatStartsThem)
 
 TEST(WorkerThreadsTest, OffThreadResultsReachTheStartingThreadWhileItsContextLives)
 {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = { name, nullptr };
-    QCoreApplication app(argc, argv);
+    EventLoop loop;
     const std::thread::id here = std::this_thread::get_id();
     for (const bool contextKept : { true, false }) {
         WorkerThreads threads;
