@@ -2,6 +2,7 @@
 // changes kept or dropped as the user says.
 
 #include "TempSettings.h"
+#include "TestFiles.h"
 #include "TestNotifier.h"
 #include "platform/StringIds.h"
 #include "platform/StringTable.h"
@@ -10,7 +11,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QScreen>
@@ -25,11 +25,7 @@ const QDateTime kNow(QDate(2026, 11, 25), QTime(10, 0, 30));
 
 class SchedulerDialogTest : public testing::Test {
 protected:
-    SchedulerDialogTest()
-    {
-        QFile file(script_);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    SchedulerDialogTest() { writeFile(script_, {}); }
 
     std::unique_ptr<CSchedulerDlg> open()
     {
