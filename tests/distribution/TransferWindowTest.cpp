@@ -70,27 +70,6 @@ TEST(TransferWindowTextTest, TitlesNameTheProfileWhereOneIsKnown)
             QLatin1String(title));
 }
 
-TEST(TransferWindowTextTest, LongPathsLoseTheirStartToAnEllipsis)
-{
-    const QFontMetrics metrics(QApplication::font());
-    const QString longPath = QStringLiteral("/srv/data/customers/acme/incoming/2024/report.pdf");
-    const int wide = metrics.horizontalAdvance(longPath);
-    const std::tuple<const char*, QString, int, bool> cases[] = {
-        { "fits", longPath, wide, false },
-        { "a pixel short", longPath, wide - 1, true },
-        { "half", longPath, wide / 2, true },
-        { "empty", QString(), 10, false },
-    };
-    for (const auto& [what, path, width, elided] : cases) {
-        const QString shown = CTransferDlg::elidedPath(path, metrics, width);
-        EXPECT_LE(metrics.horizontalAdvance(shown), width) << what;
-        EXPECT_EQ(shown.startsWith(u'…'), elided) << what;
-        EXPECT_TRUE(path.endsWith(elided ? shown.mid(1) : shown)) << what;
-    }
-    // However narrow, the file's name is what stays longest.
-    EXPECT_TRUE(CTransferDlg::elidedPath(longPath, metrics, wide / 3).endsWith(u"report.pdf"));
-}
-
 class TransferWindowTest : public DistributionFixture {
 protected:
     void TearDown() override
