@@ -115,6 +115,15 @@ protected:
         job->start();
         ASSERT_TRUE(ended(job));
     }
+    // Sends the queue: whether it was empty, or nothing when the send did not end in time.
+    std::optional<bool> sendQueue()
+    {
+        std::optional<bool> empty;
+        QueueSender sender(recorder_.services, threads_, bookkeeping_);
+        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+        (void)waitUntil([&] { return empty.has_value(); }, kDeadline);
+        return empty;
+    }
 
     QueueBookkeeping bookkeeping_ { recorder_, recorder_ };
 };
@@ -183,21 +192,14 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
         }
 
         servers_[c.server]->setFaults({});
-        std::optional<bool> empty;
-        QueueSender sender(recorder_.services, threads_, bookkeeping_);
-        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-        ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
-        EXPECT_FALSE(*empty);
+        ASSERT_EQ(sendQueue(), false);
         EXPECT_EQ(QueueStore().count(), 0);
         if (c.mode == TransferMode::Copy)
             EXPECT_EQ(treeOf(servers_[2]->home() + QStringLiteral("/src")),
                 treeOf(servers_[1]->home() + QStringLiteral("/src")));
         else
             EXPECT_EQ(treeOf(servers_[0]->home() + local_.path()), treeOf(local_.path()));
-        empty.reset();
-        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-        ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
-        EXPECT_TRUE(*empty); // the caller says 33054
+        EXPECT_EQ(sendQueue(), true); // the caller says so: ids::kQueueEmptyOrSending
     }
 }
 
@@ -229,11 +231,8 @@ TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
     EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden), QStringList {});
 
     servers_[0]->setFaults({});
-    std::optional<bool> empty;
-    QueueSender sender(recorder_.services, threads_, bookkeeping_);
-    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-    ASSERT_TRUE(
-        waitUntil([&] { return empty.has_value() && QueueStore().count() == 0; }, kDeadline));
+    ASSERT_EQ(sendQueue(), false);
+    EXPECT_EQ(QueueStore().count(), 0);
     EXPECT_TRUE(sameBytes(remote, into.filePath(QStringLiteral("big.bin"))));
     EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden),
         QStringList { QStringLiteral("big.bin") });
@@ -292,10 +291,7 @@ TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
                     store.file(), section, QStringLiteral("SendingBy"), mark));
     }
 
-    std::optional<bool> empty;
-    QueueSender sender(recorder_.services, threads_, bookkeeping_);
-    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-    ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
+    ASSERT_TRUE(sendQueue().has_value());
     const auto left = store.loadAll();
     ASSERT_EQ(left.size(), 2u);
     for (const QueueItem& still : left) {
@@ -332,15 +328,11 @@ TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limited), 0);
     const JobSite failedSite = site(0);
     bookkeeping_.siteFinished({ TransferMode::Put, failedSite, nullptr, files });
-    std::optional<bool> empty;
-    QueueSender sender(recorder_.services, threads_, bookkeeping_);
-    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-    const bool sendEnded = waitUntil([&] { return empty.has_value(); }, kDeadline);
+    const auto empty = sendQueue();
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, oldHandler);
 
-    ASSERT_TRUE(sendEnded);
-    EXPECT_FALSE(*empty);
+    ASSERT_EQ(empty, false);
     EXPECT_EQ(QFileInfo(store.file()).size(), size); // the queue stays as it was
     EXPECT_EQ(store.loadAll().back().status, QueueItem::kIdle);
     const auto messages = recorder_.messages();
