@@ -106,8 +106,14 @@ TEST(QueueSenderTest, ResendPeriodFollowsTheSettings)
     }
 }
 
+// Failed files go to the queue.
 class QueueResendTest : public DistributionFixture {
 protected:
+    void SetUp() override
+    {
+        DistributionFixture::SetUp();
+        SettingsStore::set(settings::schedule::kResendFail, 1);
+    }
     void run(TransferJob::Setup setup)
     {
         auto job
@@ -125,6 +131,7 @@ protected:
         return empty;
     }
 
+    EventLoop loop_; // the send ends through a queued call
     QueueBookkeeping bookkeeping_ { recorder_, recorder_ };
 };
 
@@ -144,8 +151,6 @@ TEST_F(QueueResendTest, ChangedResendTimeRearmsTheTimerAtOnce)
 // Under FULL_PATH a failed file's folder is the placed one; the resend must not place it twice.
 TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
 {
-    EventLoop loop;
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     // The local tree, also on server 1 below "/src", as the source of a copy to server 2.
     for (const FileEntry& file : fileSet()) {
         const QString copied = servers_[1]->home() + QStringLiteral("/src")
@@ -207,8 +212,6 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
 // default Overwrite "NO", is not refused by a truncated file and brings the whole file.
 TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
 {
-    EventLoop loop;
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
     // In active mode the server's 426 can overtake the data it cut.
     SettingsStore::set(settings::ftp::kPassive, "YES");
@@ -243,7 +246,6 @@ TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
 // an older version, which named no process.
 TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
 {
-    EventLoop loop;
     SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
     // A real process, killed as a run would be: its mark names a process that is gone.
     const pid_t child = ::fork();
@@ -308,8 +310,6 @@ TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
 // send that cannot mark its items, are told, naming what is lost, and nothing is sent unmarked.
 TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
 {
-    EventLoop loop;
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     QueueStore store;
     // Items of some size, so that the limit lies above every other file the test writes.
     writeWaitingQueue(store.file(), 100);
@@ -350,7 +350,6 @@ TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
 TEST_F(QueueResendTest, ALostConnectionEndsTheSitesOtherFilesWithItsReason)
 {
     useQuickTimeouts(1);
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     // In active mode a held STOR reply would be waited out as the server not connecting back.
     SettingsStore::set(settings::ftp::kPassive, "YES");
     FtpFaults stalled;
