@@ -3,7 +3,7 @@
 
 #include "ftp/BrowserSession.h"
 
-#include "FtpTestKit.h"
+#include "BothServersTest.h"
 #include "TestFiles.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/FtpConnection.h"
@@ -27,34 +27,9 @@ namespace {
 using namespace std::chrono_literals;
 using Kind = RemoteEntry::Kind;
 
-// One server of the test, with the folder the browser works in and where that is on disk.
-struct Served {
-    const char* name;
-    JobSite site;
-    QString folder;
-    QString disk;
-};
-
-class BrowserSessionTest : public FtpTest {
+class BrowserSessionTest : public BothServersTest {
 protected:
-    BrowserSessionTest() : FtpTest(2) { }
-    void SetUp() override
-    {
-        FtpTest::SetUp();
-        if (IsSkipped())
-            return;
-        pyftpd_ = std::make_unique<FtpServer>();
-        ASSERT_TRUE(QDir(pyftpd_->home()).mkdir(QStringLiteral("pub")));
-        served_.push_back({ "pyftpdlib", siteOf(*pyftpd_), QStringLiteral("/pub"),
-            pyftpd_->home() + QStringLiteral("/pub") });
-        if (!Vsftpd::unavailableReason()) {
-            vsftpd_ = std::make_unique<Vsftpd>();
-            served_.push_back({ "vsftpd", siteOf(*vsftpd_), QStringLiteral("/pub"),
-                vsftpd_->root() + QStringLiteral("/pub") });
-        }
-    }
-
-    std::unique_ptr<BrowserSession> connect(const Served& served)
+    std::unique_ptr<BrowserSession> connect(const ServedFolder& served)
     {
         auto session = std::make_unique<BrowserSession>(recorder_.services, std::stop_token {});
         const auto connected = session->connect(served.site);
@@ -62,10 +37,6 @@ protected:
         recorder_.clear();
         return session;
     }
-
-    std::unique_ptr<FtpServer> pyftpd_;
-    std::unique_ptr<Vsftpd> vsftpd_;
-    std::vector<Served> served_;
 };
 
 TEST_F(BrowserSessionTest, BothServersListTheSameFolderAlike)
@@ -109,7 +80,7 @@ TEST_F(BrowserSessionTest, BothServersListTheSameFolderAlike)
 
 TEST_F(BrowserSessionTest, HostileNamesAreShownButNeverSentBack)
 {
-    const Served& served = served_.front();
+    const ServedFolder& served = served_.front();
     ASSERT_TRUE(QFile(served.disk + QStringLiteral("/plain.txt")).open(QIODevice::WriteOnly));
     const QStringList hostile { "../escape.txt", "a/b.txt", "back\\slash.txt",
         QStringLiteral("nul") + QChar(0) + QStringLiteral("byte") };
@@ -218,7 +189,7 @@ TEST_F(BrowserSessionTest, OperationsChangeTheServerAndLogTheirPairsEvent)
 
 TEST_F(BrowserSessionTest, ARefusedDeleteIsToldAndLogged)
 {
-    const Served& served = served_.front();
+    const ServedFolder& served = served_.front();
     ASSERT_TRUE(QFile(served.disk + QStringLiteral("/keep.txt")).open(QIODevice::WriteOnly));
     auto session = connect(served);
     FtpFaults faults;
@@ -236,7 +207,7 @@ TEST_F(BrowserSessionTest, ARefusedDeleteIsToldAndLogged)
 // ends the listing by the reply time-out.
 TEST_F(BrowserSessionTest, AnEndlessOrStalledListingEndsWithAReason)
 {
-    const Served& served = served_.front();
+    const ServedFolder& served = served_.front();
     ASSERT_TRUE(QDir(served.disk).mkdir(QStringLiteral("sub")));
     auto session = connect(served);
     FtpFaults faults;
@@ -263,7 +234,7 @@ TEST_F(BrowserSessionTest, AnEndlessOrStalledListingEndsWithAReason)
 TEST_F(BrowserSessionTest, ADrippingServerTimesOutAGetAndAListing)
 {
     useQuickTimeouts(1);
-    const Served& served = served_.front();
+    const ServedFolder& served = served_.front();
     ASSERT_TRUE(makeFile(served.disk + QStringLiteral("/drip.bin"), 10'000, 1));
     for (int i = 0; i < 100; ++i)
         ASSERT_TRUE(makeFile(served.disk + QStringLiteral("/file%1.txt").arg(i), 10, 2));
@@ -277,8 +248,7 @@ TEST_F(BrowserSessionTest, ADrippingServerTimesOutAGetAndAListing)
                 return connection.download(folder + QStringLiteral("/drip.bin"),
                     TransferType::Binary, [](const char*, qint64) { return true; });
             } },
-        { "MLSD",
-            [folder](FtpConnection& connection) { return connection.list(folder).result; } },
+        { "MLSD", [folder](FtpConnection& connection) { return connection.list(folder).result; } },
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.command);

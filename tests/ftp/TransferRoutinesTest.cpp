@@ -2,7 +2,7 @@
 
 #include "ftp/TransferRoutines.h"
 
-#include "FtpTestKit.h"
+#include "BothServersTest.h"
 #include "TestFiles.h"
 #include "ftp/CTransferSession.h"
 #include "ftp/FtpErrors.h"
@@ -31,40 +31,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// One of the fixture servers, seen from both ends: the name a client uses for a file in its
-// writable folder, and where the server keeps that file.
-struct Target {
-    QString name;
-    JobSite site;
-    QString folder; // the writable folder, relative to the login's folder
-    QString root; // the local folder the login starts in
-
-    [[nodiscard]] QString remote(const QString& file) const
-    {
-        return folder.isEmpty() ? file : folder + u'/' + file;
-    }
-    [[nodiscard]] QString stored(const QString& file) const { return root + u'/' + remote(file); }
-};
-
-class TransferRoutinesTest : public FtpTest {
+class TransferRoutinesTest : public BothServersTest {
 protected:
-    TransferRoutinesTest() : FtpTest(2) { }
-    void SetUp() override
-    {
-        FtpTest::SetUp();
-        if (IsSkipped())
-            return;
-        pyftpd_ = std::make_unique<FtpServer>();
-        targets_.push_back({ "pyftpdlib", siteOf(*pyftpd_), {}, pyftpd_->home() });
-        if (!Vsftpd::unavailableReason()) {
-            vsftpd_ = std::make_unique<Vsftpd>();
-            targets_.push_back(
-                { "vsftpd", siteOf(*vsftpd_), Vsftpd::uploadFolder(), vsftpd_->root() });
-        }
-    }
-
     // A session connected to `target`, reporting to this test's recorder and progress.
-    std::unique_ptr<CTransferSession> connect(const Target& target, std::stop_token stop = {})
+    std::unique_ptr<CTransferSession> connect(const ServedFolder& target, std::stop_token stop = {})
     {
         auto session = std::make_unique<CTransferSession>(recorder_.services, &progress_, stop);
         const auto result = session->connectJob(target.site);
@@ -73,9 +43,6 @@ protected:
     }
 
     QTemporaryDir local_;
-    std::unique_ptr<FtpServer> pyftpd_;
-    std::unique_ptr<Vsftpd> vsftpd_;
-    std::vector<Target> targets_;
 };
 
 TEST_F(TransferRoutinesTest, PutAndGetAreByteExactWithBothServers)
@@ -92,11 +59,11 @@ TEST_F(TransferRoutinesTest, PutAndGetAreByteExactWithBothServers)
         { 3'000'017, 1000, 4096 }, // four blocks gathered into one piece
         { 700'001, 65536, 65536 },
     };
-    for (const auto& target : targets_) {
+    for (const auto& target : served_) {
         auto session = connect(target);
         for (const auto& c : cases) {
-            SCOPED_TRACE(testing::Message() << target.name.toStdString() << ": " << c.size
-                                            << " bytes, " << c.readBuffer << '/' << c.writeBuffer);
+            SCOPED_TRACE(testing::Message() << target.name << ": " << c.size << " bytes, "
+                                            << c.readBuffer << '/' << c.writeBuffer);
             SettingsStore::set(settings::ftp::kReadBuffer, c.readBuffer);
             SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
             const auto name = QStringLiteral("f%1_%2.bin").arg(c.size).arg(c.readBuffer);
@@ -161,10 +128,10 @@ TEST_F(TransferRoutinesTest, TextModeSendsCrlfAndBringsBackLocalLineEnds)
         { "lines.txt", lines, 1000, 4096 },
         { "lines2.txt", lines, 4096, 1000 },
     };
-    for (const auto& target : targets_) {
+    for (const auto& target : served_) {
         auto session = connect(target);
         for (const auto& c : cases) {
-            SCOPED_TRACE((target.name + ": " + c.name).toStdString());
+            SCOPED_TRACE(target.name + ": " + c.name);
             SettingsStore::set(settings::ftp::kReadBuffer, c.readBuffer);
             SettingsStore::set(settings::ftp::kWriteBuffer, c.writeBuffer);
             const auto source = local_.filePath(c.name);
@@ -204,7 +171,7 @@ TEST_F(TransferRoutinesTest, TextModeSendsCrlfAndBringsBackLocalLineEnds)
 
 TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
 {
-    auto session = connect(targets_.front());
+    auto session = connect(served_.front());
     // DeletePut, whether the caller keeps its source, whether the local file stays.
     for (const auto& [deletePut, keepSource, localStays] : { std::tuple { "YES", false, false },
              std::tuple { "YES", true, true }, std::tuple { "NO", false, true } }) {
@@ -263,7 +230,7 @@ TEST_F(TransferRoutinesTest, DeleteOptionsAfterASuccessfulFile)
 
 TEST_F(TransferRoutinesTest, CancelBeforeTheRemoteOpenCreatesNothing)
 {
-    auto session = connect(targets_.front());
+    auto session = connect(served_.front());
     const auto source = local_.filePath("c.bin");
     ASSERT_TRUE(makeFile(source, 10'000, 5));
     session->requestCancel();
@@ -278,7 +245,7 @@ TEST_F(TransferRoutinesTest, CancelBeforeTheRemoteOpenCreatesNothing)
 // more, and the cancel falls between two known rounds.
 TEST_F(TransferRoutinesTest, CancelDuringAPutLeavesThePartialFile)
 {
-    auto session = connect(targets_.front());
+    auto session = connect(served_.front());
     const auto pipe = local_.filePath("pipe");
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     const auto stored = pyftpd_->home() + "/part.bin";
@@ -311,7 +278,7 @@ TEST_F(TransferRoutinesTest, StopRequestEndsAGet)
     useQuickTimeouts(30); // far beyond the test: only the stop can end the wait
     ASSERT_TRUE(makeFile(pyftpd_->home() + "/held.bin", 10'000, 8));
     std::stop_source stop;
-    auto session = connect(targets_.front(), stop.get_token());
+    auto session = connect(served_.front(), stop.get_token());
     pyftpd_->setFaults({ .stall = { { "RETR", FtpFaults::kForever } } });
     std::jthread user([&] {
         if (waitUntil([&] { return pyftpd_->commandCount("RETR") == 1; }, 10s))
@@ -328,7 +295,7 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
     // Passive: in active mode the server's 426 can overtake the data connection it closed, and
     // libcurl then takes none of the bytes that were sent (the code is the same).
     SettingsStore::set(settings::ftp::kPassive, "YES");
-    auto session = connect(targets_.front());
+    auto session = connect(served_.front());
     const auto home = pyftpd_->home();
     // After each failure the connection goes on with the next file.
     const auto nextFileGoes = [&] {
@@ -368,7 +335,7 @@ TEST_F(TransferRoutinesTest, FailuresEndTheFileWithACodeAndTheConnectionGoesOn)
 // time-out: libcurl would log in again for the next file; it fails at once instead.
 TEST_F(TransferRoutinesTest, AConnectionTheServerClosedIsNotLoggedInAgain)
 {
-    auto session = connect(targets_.front());
+    auto session = connect(served_.front());
     FtpFaults faults;
     faults.hangUpAfterUpload = true;
     pyftpd_->setFaults(faults);
@@ -388,7 +355,7 @@ TEST_F(TransferRoutinesTest, FullDiskOnAGetSaysSoAndNamesThePartialFile)
 {
     constexpr qint64 kRoom = 64 * 1024;
     ASSERT_TRUE(makeFile(pyftpd_->home() + "/big.bin", 1'000'000, 12));
-    auto session = connect(targets_.front());
+    auto session = connect(served_.front());
     const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead
     for (const bool tmpfs : { true, false }) {
         SCOPED_TRACE(tmpfs ? "full file system" : "file-size limit");

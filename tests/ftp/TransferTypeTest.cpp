@@ -26,7 +26,6 @@ TEST(TransferType, ChosenBySettingThenFirstDotExtension)
         { unset, QStringLiteral("gz"), "a.tar.gz", false, TransferType::Binary },
         { unset, QStringLiteral("tar.gz"), "a.tar.gz", false, TransferType::Text },
         { unset, QStringLiteral("txt, htm"), "page.htm", false, TransferType::Binary },
-        { unset, QStringLiteral("txt,htm"), "page.htm", false, TransferType::Text },
         { unset, unset, "notes.txt", false, TransferType::Binary },
         { unset, QStringLiteral("NotFound"), "a.NotFound", false, TransferType::Binary },
         { unset, QStringLiteral(""), "notes.txt", false, TransferType::Binary },
@@ -35,7 +34,6 @@ TEST(TransferType, ChosenBySettingThenFirstDotExtension)
             TransferType::Binary },
         { QStringLiteral("BINARY"), QStringLiteral("txt"), "notes.txt", false, TransferType::Text },
         { QStringLiteral("TEXT"), unset, "image.png", true, TransferType::Text },
-        { QStringLiteral("TEXT"), unset, "image.png", false, TransferType::Binary },
         { QStringLiteral("text"), QStringLiteral("txt"), "image.png", true, TransferType::Binary },
         // Only the last part of a path is the name: the folder's dot does not count.
         { unset, QStringLiteral("txt"), "/srv/v1.2/notes.txt", false, TransferType::Text },

@@ -1,4 +1,3 @@
-#include "SilentPlayer.h"
 #include "TempSettings.h"
 #include "TestNotifier.h"
 #include "log/LogListener.h"
@@ -66,9 +65,15 @@ QString storedText(const char* section, const char* key)
         QLatin1StringView(section), QLatin1StringView(key), QStringLiteral("absent"));
 }
 
+// Keeps the files the sheet plays.
+struct RecordingPlayer final : SoundPlayer {
+    void playFile(const QString& path) override { played.append(path); }
+    QStringList played;
+};
+
 struct Sheet {
     test::TempSettings temp;
-    test::SilentPlayer player;
+    RecordingPlayer player;
     test::TestNotifier notifier;
     CSystemConfigSheet sheet { player, notifier };
     std::vector<bool> applied; // logChanged of each
@@ -236,27 +241,18 @@ TEST(SystemConfigSheet, LogPageAppliesToTheNextRecord)
 // Test plays the typed file through the program's player; Clear empties the four events.
 TEST(SystemConfigSheet, SoundsPageTestsAndClears)
 {
-    struct RecordingPlayer final : SoundPlayer {
-        void playFile(const QString& path) override { played.append(path); }
-        QStringList played;
-    };
-    test::TempSettings temp;
+    Sheet s;
     SettingsStore::set(sounds::kTransferFailPage, QStringLiteral("/old/fail.wav"));
-    RecordingPlayer player;
-    test::TestNotifier notifier;
-    CSystemConfigSheet sheet(player, notifier);
-    sheet.show();
-    sheet.tabs().setCurrentIndex(5);
-    QWidget& page = sheet.page(5);
+    QWidget& page = s.show(5);
     type(page, "Connection Established", "/sounds/ok.wav");
     const auto tests = page.findChildren<QPushButton*>();
     for (QPushButton* button : tests) {
         if (button->text() == QLatin1StringView("Test"))
             button->click(); // only the two that hold a file play
     }
-    EXPECT_EQ(player.played, QStringList({ "/sounds/ok.wav", "/old/fail.wav" }));
+    EXPECT_EQ(s.player.played, QStringList({ "/sounds/ok.wav", "/old/fail.wav" }));
     control<QPushButton>(page, "Clear")->click();
-    sheet.accept();
+    s.sheet.accept();
     for (const TextKey& key : { sounds::kConnectOkPage, sounds::kConnectFailPage,
              sounds::kTransferOkPage, sounds::kTransferFailPage })
         EXPECT_EQ(storedText(key.section, key.name), QString()) << key.name;

@@ -217,21 +217,25 @@ TEST_F(FileListViewTest, ChangeRemoteNameAsksForTheNameThenConfirms)
 
 TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
 {
-    // A name is asked for when the view holds entries and stands for no saved list.
+    // A name is asked for when the view holds entries and stands for no saved list; the name of
+    // another list replaces it only when the user says yes.
     struct Case {
         const char* what;
         bool tied;
         bool empty;
         std::optional<QString> name;
         bool plainFileInTheWay;
+        std::optional<bool> replace; // the answer when the name is taken by the list "abc"
         const char* savedIn; // the list folder written, or none
     };
     const Case cases[] = {
-        { "a new name", false, false, "web", false, "web" },
-        { "a plain file of that name", false, false, "web", true, nullptr },
-        { "prompt cancelled", false, false, std::nullopt, false, nullptr },
-        { "an empty list", false, true, "web", false, nullptr },
-        { "tied to a list", true, false, std::nullopt, false, "abc" },
+        { "a new name", false, false, "web", false, {}, "web" },
+        { "a plain file of that name", false, false, "web", true, {}, nullptr },
+        { "prompt cancelled", false, false, std::nullopt, false, {}, nullptr },
+        { "an empty list", false, true, "web", false, {}, nullptr },
+        { "tied to a list", true, false, std::nullopt, false, {}, "abc" },
+        { "a taken name, No", false, false, "abc", false, false, nullptr },
+        { "a taken name, Yes", false, false, "abc", false, true, "abc" },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -239,10 +243,13 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
         CFileListView view(notifier_);
         prompts_.clear();
         notifier_.reset({});
+        notifier_.yes = c.replace.value_or(false);
         view.dialogs().askText = view_.dialogs().askText;
         answer_ = c.name;
         if (c.plainFileInTheWay)
             writeFile(listFolder("web"), "not a folder");
+        if (c.replace)
+            makeAbc();
         if (c.tied) {
             makeList("abc", { localFolder() + QStringLiteral("|a.txt|") });
             view.openList(listFolder("abc"));
@@ -255,6 +262,7 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
         view.saveList();
 
         EXPECT_TRUE(notifier_.messages.isEmpty());
+        EXPECT_EQ(notifier_.yesNoQuestions.size(), c.replace ? 1 : 0);
         EXPECT_EQ(prompts_,
             c.tied || c.empty ? QStringList()
                               : QStringList { StringTable::text(ids::kEnterFileListName) + u'|' });
@@ -262,6 +270,8 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
             EXPECT_EQ(saved.count(), 0);
             EXPECT_EQ(view.changed(), !c.empty);
             EXPECT_FALSE(QFileInfo::exists(FileListStore::listFile(listFolder("web"))));
+            EXPECT_EQ(FileList::readStored(FileListStore::listFile(listFolder("abc"))).size(),
+                c.replace ? 3U : 0U);
             continue;
         }
         ASSERT_EQ(saved.count(), 1);
@@ -269,26 +279,6 @@ TEST_F(FileListViewTest, SaveAsksForANameUnlessTiedToAList)
         EXPECT_EQ(summary(FileList::readStored(FileListStore::listFile(listFolder(c.savedIn)))),
             summary(view.entries()));
         EXPECT_FALSE(view.changed());
-    }
-}
-
-TEST_F(FileListViewTest, ANameThatIsTakenReplacesItsListOnlyOnYes)
-{
-    for (const bool yes : { false, true }) {
-        SCOPED_TRACE(yes);
-        makeAbc();
-        CFileListView view(notifier_);
-        view.dialogs().askText = view_.dialogs().askText;
-        answer_ = QStringLiteral("abc");
-        notifier_.reset({});
-        notifier_.yes = yes;
-        view.addPaths({ local("c.txt") });
-        ASSERT_TRUE(waitUntil([&] { return !view.adding(); }, kDeadline));
-        view.saveList();
-        EXPECT_EQ(notifier_.yesNoQuestions.size(), 1);
-        EXPECT_EQ(localNames(FileList::readStored(FileListStore::listFile(listFolder("abc")))),
-            yes ? QStringList({ "c.txt" }) : QStringList({ "a.txt", "b.txt", "c.txt" }));
-        EXPECT_EQ(view.changed(), !yes);
     }
 }
 

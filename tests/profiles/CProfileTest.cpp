@@ -24,14 +24,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-QStringList rows(const QTreeWidget& view)
-{
-    QStringList texts;
-    for (int row = 0; row < view.topLevelItemCount(); ++row)
-        texts.append(view.topLevelItem(row)->text(0));
-    return texts;
-}
-
 QTreeWidgetItem* itemLabelled(QTreeWidget& tree, const QString& label)
 {
     const QList<QTreeWidgetItem*> found
@@ -50,13 +42,6 @@ void editLabel(QAbstractItemView& view, const QString& label)
     QTest::keyClick(editor, Qt::Key_Return);
     // The view takes the label from its event loop.
     ASSERT_TRUE(waitUntil([&] { return !view.indexWidget(edited); }, std::chrono::seconds(5)));
-}
-
-// Renames the current item as the user does: F2, the new label, Return.
-void renameInPlace(QAbstractItemView& view, const QString& label)
-{
-    QTest::keyClick(&view, Qt::Key_F2);
-    editLabel(view, label);
 }
 
 class ProfileScreenTest : public ProfilesFixture {
@@ -113,7 +98,8 @@ TEST_F(ProfileScreenTest, OkSavesTheTypedProfileOrKeepsWhatWasTyped)
         if (saved) {
             EXPECT_EQ(SiteProfile::readFields(profile(QStringLiteral("site.ini"))),
                 (ProfileFields { "ftp.example", "me", "secret", "", "", port }));
-            EXPECT_TRUE(rows(screen().list()).contains(QStringLiteral("site")));
+            EXPECT_EQ(
+                screen().list().findItems(QStringLiteral("site"), Qt::MatchExactly).size(), 1);
         } else {
             EXPECT_EQ(form().nameField()->text(), QStringLiteral("site.old"));
             form().cancel();
@@ -177,7 +163,8 @@ TEST_F(ProfileScreenTest, FoldersAreMadeRenamedAndDeletedFromTheTree)
             std::tuple { "Euro", 0, "Euro" } }) {
         notifier_.reset({});
         tree.setCurrentItem(itemLabelled(tree, QStringLiteral("Europe")));
-        renameInPlace(tree, QString::fromUtf8(to));
+        QTest::keyClick(&tree, Qt::Key_F2);
+        editLabel(tree, QString::fromUtf8(to));
         EXPECT_EQ(notifier_.messages, texts(message));
         EXPECT_NE(itemLabelled(tree, QString::fromUtf8(left)), nullptr);
     }

@@ -106,8 +106,14 @@ TEST(QueueSenderTest, ResendPeriodFollowsTheSettings)
     }
 }
 
+// Failed files go to the queue.
 class QueueResendTest : public DistributionFixture {
 protected:
+    void SetUp() override
+    {
+        DistributionFixture::SetUp();
+        SettingsStore::set(settings::schedule::kResendFail, 1);
+    }
     void run(TransferJob::Setup setup)
     {
         auto job
@@ -115,7 +121,17 @@ protected:
         job->start();
         ASSERT_TRUE(ended(job));
     }
+    // Sends the queue: whether it was empty, or nothing when the send did not end in time.
+    std::optional<bool> sendQueue()
+    {
+        std::optional<bool> empty;
+        QueueSender sender(recorder_.services, threads_, bookkeeping_);
+        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
+        (void)waitUntil([&] { return empty.has_value(); }, kDeadline);
+        return empty;
+    }
 
+    EventLoop loop_; // the send ends through a queued call
     QueueBookkeeping bookkeeping_ { recorder_, recorder_ };
 };
 
@@ -135,8 +151,6 @@ TEST_F(QueueResendTest, ChangedResendTimeRearmsTheTimerAtOnce)
 // Under FULL_PATH a failed file's folder is the placed one; the resend must not place it twice.
 TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
 {
-    EventLoop loop;
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     // The local tree, also on server 1 below "/src", as the source of a copy to server 2.
     for (const FileEntry& file : fileSet()) {
         const QString copied = servers_[1]->home() + QStringLiteral("/src")
@@ -183,21 +197,14 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
         }
 
         servers_[c.server]->setFaults({});
-        std::optional<bool> empty;
-        QueueSender sender(recorder_.services, threads_, bookkeeping_);
-        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-        ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
-        EXPECT_FALSE(*empty);
+        ASSERT_EQ(sendQueue(), false);
         EXPECT_EQ(QueueStore().count(), 0);
         if (c.mode == TransferMode::Copy)
             EXPECT_EQ(treeOf(servers_[2]->home() + QStringLiteral("/src")),
                 treeOf(servers_[1]->home() + QStringLiteral("/src")));
         else
             EXPECT_EQ(treeOf(servers_[0]->home() + local_.path()), treeOf(local_.path()));
-        empty.reset();
-        sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-        ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
-        EXPECT_TRUE(*empty); // the caller says 33054
+        EXPECT_EQ(sendQueue(), true); // the caller says so: ids::kQueueEmptyOrSending
     }
 }
 
@@ -205,8 +212,6 @@ TEST_F(QueueResendTest, FailedFilesAreQueuedCountedUpAndResentIntoPlace)
 // default Overwrite "NO", is not refused by a truncated file and brings the whole file.
 TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
 {
-    EventLoop loop;
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
     // In active mode the server's 426 can overtake the data it cut.
     SettingsStore::set(settings::ftp::kPassive, "YES");
@@ -229,11 +234,8 @@ TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
     EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden), QStringList {});
 
     servers_[0]->setFaults({});
-    std::optional<bool> empty;
-    QueueSender sender(recorder_.services, threads_, bookkeeping_);
-    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-    ASSERT_TRUE(
-        waitUntil([&] { return empty.has_value() && QueueStore().count() == 0; }, kDeadline));
+    ASSERT_EQ(sendQueue(), false);
+    EXPECT_EQ(QueueStore().count(), 0);
     EXPECT_TRUE(sameBytes(remote, into.filePath(QStringLiteral("big.bin"))));
     EXPECT_EQ(QDir(into.path()).entryList(QDir::Files | QDir::Hidden),
         QStringList { QStringLiteral("big.bin") });
@@ -244,7 +246,6 @@ TEST_F(QueueResendTest, ACutDownloadIsResentWhole)
 // an older version, which named no process.
 TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
 {
-    EventLoop loop;
     SettingsStore::set(settings::config::kFtpDirTree, settings::config::kDirTreeNoPath);
     // A real process, killed as a run would be: its mark names a process that is gone.
     const pid_t child = ::fork();
@@ -292,10 +293,7 @@ TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
                     store.file(), section, QStringLiteral("SendingBy"), mark));
     }
 
-    std::optional<bool> empty;
-    QueueSender sender(recorder_.services, threads_, bookkeeping_);
-    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-    ASSERT_TRUE(waitUntil([&] { return empty.has_value(); }, kDeadline));
+    ASSERT_TRUE(sendQueue().has_value());
     const auto left = store.loadAll();
     ASSERT_EQ(left.size(), 2u);
     for (const QueueItem& still : left) {
@@ -312,8 +310,6 @@ TEST_F(QueueResendTest, ItemsLeftByAKilledRunAreSentAgain)
 // send that cannot mark its items, are told, naming what is lost, and nothing is sent unmarked.
 TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
 {
-    EventLoop loop;
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     QueueStore store;
     // Items of some size, so that the limit lies above every other file the test writes.
     writeWaitingQueue(store.file(), 100);
@@ -332,15 +328,11 @@ TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limited), 0);
     const JobSite failedSite = site(0);
     bookkeeping_.siteFinished({ TransferMode::Put, failedSite, nullptr, files });
-    std::optional<bool> empty;
-    QueueSender sender(recorder_.services, threads_, bookkeeping_);
-    sender.sendQueue([&](bool queueEmpty) { empty = queueEmpty; });
-    const bool sendEnded = waitUntil([&] { return empty.has_value(); }, kDeadline);
+    const auto empty = sendQueue();
     ::setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, oldHandler);
 
-    ASSERT_TRUE(sendEnded);
-    EXPECT_FALSE(*empty);
+    ASSERT_EQ(empty, false);
     EXPECT_EQ(QFileInfo(store.file()).size(), size); // the queue stays as it was
     EXPECT_EQ(store.loadAll().back().status, QueueItem::kIdle);
     const auto messages = recorder_.messages();
@@ -358,7 +350,6 @@ TEST_F(QueueResendTest, AQueueThatCannotBeWrittenIsNeverSilent)
 TEST_F(QueueResendTest, ALostConnectionEndsTheSitesOtherFilesWithItsReason)
 {
     useQuickTimeouts(1);
-    SettingsStore::set(settings::schedule::kResendFail, 1);
     // In active mode a held STOR reply would be waited out as the server not connecting back.
     SettingsStore::set(settings::ftp::kPassive, "YES");
     FtpFaults stalled;
