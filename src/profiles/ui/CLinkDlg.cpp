@@ -1,9 +1,11 @@
 #include "CLinkDlg.h"
 
 #include "profiles/FileListStore.h"
+#include "profiles/FolderTree.h"
 #include "profiles/LinkFile.h"
 #include "profiles/ProfileEvents.h"
 #include "profiles/ProfileStore.h"
+#include "profiles/SiteProfile.h"
 #include "widgets/CHelpWindow.h"
 
 #include <QComboBox>
@@ -20,18 +22,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <vector>
+
 namespace zelto {
 namespace {
-
-// Fills `picker` with `files` shown as `label` gives them, none chosen.
-template <typename Label> void fill(QComboBox* picker, const QStringList& files, Label label)
-{
-    const QSignalBlocker quiet(picker);
-    picker->clear();
-    for (const QString& file : files)
-        picker->addItem(label(file), file);
-    picker->setCurrentIndex(-1);
-}
 
 void choose(QComboBox* picker, const QString& file)
 {
@@ -39,13 +34,38 @@ void choose(QComboBox* picker, const QString& file)
     picker->setCurrentIndex(file.isEmpty() ? -1 : picker->findData(file));
 }
 
-QComboBox* picker(const QString& hint, QWidget* parent)
+QString folderName(const QString& folder)
 {
-    auto* combo = new QComboBox(parent);
-    combo->setPlaceholderText(hint);
-    combo->setMinimumContentsLength(24);
-    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    return combo;
+    return QFileInfo(folder).fileName();
+}
+
+CPickTree::Source profileSource()
+{
+    return { CLinkDlg::tr("Profiles"), &ProfileStore::root, &FolderTree::subFolders,
+        &ProfileStore::profilesIn, &SiteProfile::nameOf };
+}
+
+// Lists do not nest: the lists are the leaves of the root.
+CPickTree::Source listSource()
+{
+    return { CLinkDlg::tr("Files"), &FileListStore::root,
+        [](const QString&) { return QStringList(); },
+        [](const QString&) { return FileListStore::listFolders(); }, &folderName };
+}
+
+QLabel* buddyLabel(const QString& text, QWidget* buddy)
+{
+    auto* label = new QLabel(text, buddy->parentWidget());
+    label->setBuddy(buddy);
+    return label;
+}
+
+bool isReturn(const QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    const int key = static_cast<const QKeyEvent*>(event)->key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 } // namespace
@@ -53,73 +73,102 @@ QComboBox* picker(const QString& hint, QWidget* parent)
 CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
     : QDialog(parent)
     , editor_(notifier, events)
-    , links_(picker(tr("Choose a link to show or change it"), this))
-    , profiles_(picker(tr("Choose a site to add it"), this))
-    , fileLists_(picker(tr("Choose the list of files"), this))
+    , links_(new QComboBox(this))
+    , profiles_(new CPickTree(profileSource(), this))
+    , fileLists_(new CPickTree(listSource(), this))
     , name_(new QLineEdit(this))
     , sites_(new QListWidget(this))
     , files_(new QListWidget(this))
 {
     setWindowTitle(tr("Profile / File Links"));
     CHelpWindow::bindHelpKey(*this, QStringLiteral("links"));
-    sites_->setAccessibleName(tr("Sites of the link"));
-    files_->setAccessibleName(tr("Files of the link"));
+    links_->setPlaceholderText(tr("Choose a link to show or change it"));
+    links_->setMinimumContentsLength(24);
+    links_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    profiles_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    profiles_->setToolTip(tr("Return or Add Site adds the chosen profiles; a folder adds all "
+                             "the profiles in it."));
+    sites_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    name_->setToolTip(tr("Return adds the link under this name."));
 
-    auto* pickers = new QFormLayout;
-    pickers->addRow(tr("&Link:"), links_);
-    pickers->addRow(tr("&Profiles:"), profiles_);
-    pickers->addRow(tr("&File List:"), fileLists_);
-    pickers->addRow(tr("Link &Name:"), name_);
+    auto* top = new QFormLayout;
+    top->addRow(tr("&Link:"), links_);
+    top->addRow(tr("Link &Name:"), name_);
+
+    auto* addSite = new QPushButton(tr("Add Si&te"), this);
+    auto* removeSite = new QPushButton(tr("Remo&ve Site"), this);
+    connect(addSite, &QPushButton::clicked, this, &CLinkDlg::addSites);
+    connect(removeSite, &QPushButton::clicked, this, &CLinkDlg::removeSites);
+    auto* siteButtons = new QVBoxLayout;
+    siteButtons->addStretch();
+    siteButtons->addWidget(addSite);
+    siteButtons->addWidget(removeSite);
+    siteButtons->addStretch();
 
     auto* lists = new QGridLayout;
-    auto* sitesLabel = new QLabel(tr("S&ites (Delete removes one):"), this);
-    sitesLabel->setBuddy(sites_);
-    auto* filesLabel = new QLabel(tr("File&s:"), this);
-    filesLabel->setBuddy(files_);
-    lists->addWidget(sitesLabel, 0, 0);
-    lists->addWidget(filesLabel, 0, 1);
-    lists->addWidget(sites_, 1, 0);
-    lists->addWidget(files_, 1, 1);
-    lists->setColumnStretch(1, 2);
+    lists->addWidget(buddyLabel(tr("Site &profiles:"), profiles_), 0, 0);
+    lists->addWidget(buddyLabel(tr("S&ites of the link:"), sites_), 0, 2);
+    lists->addWidget(profiles_, 1, 0);
+    lists->addLayout(siteButtons, 1, 1);
+    lists->addWidget(sites_, 1, 2);
+    lists->addWidget(buddyLabel(tr("&File list:"), fileLists_), 2, 0);
+    lists->addWidget(buddyLabel(tr("File&s of the list:"), files_), 2, 2);
+    lists->addWidget(fileLists_, 3, 0);
+    lists->addWidget(files_, 3, 1, 1, 2);
     lists->setColumnStretch(0, 1);
+    lists->setColumnStretch(2, 2);
 
     auto* buttons = new QDialogButtonBox(this);
     const std::pair<QString, void (CLinkDlg::*)()> commands[]
         = { { tr("&Add"), &CLinkDlg::addLink }, { tr("&Rename"), &CLinkDlg::renameLink },
               { tr("&Delete"), &CLinkDlg::deleteLink }, { tr("R&eset"), &CLinkDlg::reset } };
-    for (const auto& [text, slot] : commands)
-        connect(buttons->addButton(text, QDialogButtonBox::ActionRole), &QPushButton::clicked, this,
-            slot);
+    std::vector<QPushButton*> made;
+    for (const auto& [text, slot] : commands) {
+        made.push_back(buttons->addButton(text, QDialogButtonBox::ActionRole));
+        connect(made.back(), &QPushButton::clicked, this, slot);
+    }
     connect(
         buttons->addButton(QDialogButtonBox::Close), &QPushButton::clicked, this, &QDialog::close);
+    // Return adds the link, as the name typed last asks; the profile tree keeps Return for its
+    // sites.
+    made.front()->setDefault(true);
+    for (QPushButton* button : { addSite, removeSite })
+        button->setAutoDefault(false);
 
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(pickers);
+    layout->addLayout(top);
     layout->addLayout(lists, 1);
     layout->addWidget(buttons);
+
+    // Reading order: the link, its name, then each pane left to right, top to bottom.
+    QWidget* const order[]
+        = { links_, name_, profiles_, addSite, removeSite, sites_, fileLists_, files_, buttons };
+    for (std::size_t i = 1; i < std::size(order); ++i)
+        setTabOrder(order[i - 1], order[i]);
 
     connect(links_, &QComboBox::activated, this, [this](int index) {
         editor_.pickLink(links_->itemData(index).toString());
         name_->setText(LinkFile::nameOf(editor_.selectedLink()));
         showEditor();
     });
-    connect(profiles_, &QComboBox::activated, this, [this](int index) {
-        editor_.pickProfile(profiles_->itemData(index).toString());
-        showEditor();
-    });
-    connect(fileLists_, &QComboBox::activated, this, [this](int index) {
-        editor_.pickList(fileLists_->itemData(index).toString());
+    connect(profiles_, &QTreeWidget::itemDoubleClicked, this, &CLinkDlg::addSites);
+    connect(fileLists_, &QTreeWidget::currentItemChanged, this, [this] {
+        const QString list = fileLists_->currentLeaf();
+        if (list.isEmpty())
+            return;
+        editor_.chooseList(list);
         showEditor();
     });
     connect(name_, &QLineEdit::textEdited, this,
         [this](const QString& text) { editor_.setName(text); });
-    sites_->installEventFilter(this);
+    for (QWidget* watched : { static_cast<QWidget*>(sites_), static_cast<QWidget*>(profiles_) })
+        watched->installEventFilter(this);
     // Whatever is made, renamed or deleted elsewhere shows in the pickers at once.
     for (auto changed : { &ProfileEvents::profilesChanged, &ProfileEvents::fileListsChanged,
              &ProfileEvents::linksChanged })
         connect(&events, changed, this, &CLinkDlg::fillPickers);
     fillPickers();
-    resize(sizeHint().expandedTo(QSize(720, 460)));
+    resize(sizeHint().expandedTo(QSize(760, 560)));
 }
 
 CLinkDlg* CLinkDlg::showOrRaise(Notifier& notifier, ProfileEvents& events, QWidget* frame)
@@ -168,12 +217,35 @@ void CLinkDlg::reset()
     showEditor();
 }
 
+void CLinkDlg::addSites()
+{
+    for (const QString& profile : profiles_->chosen())
+        editor_.pickProfile(profile);
+    showEditor();
+}
+
+void CLinkDlg::removeSites()
+{
+    QList<int> rows;
+    for (const QListWidgetItem* item : sites_->selectedItems())
+        rows.append(sites_->row(item));
+    // From the bottom, so that the rows still to go keep their numbers.
+    std::sort(rows.rbegin(), rows.rend());
+    for (const int row : rows)
+        editor_.removeSite(row);
+    showEditor();
+}
+
 void CLinkDlg::fillPickers()
 {
-    fill(profiles_, ProfileStore::allProfiles(), &ProfileStore::shownName);
-    fill(fileLists_, FileListStore::listFolders(),
-        [](const QString& folder) { return QFileInfo(folder).fileName(); });
-    fill(links_, LinkFile::linkFiles(), &LinkFile::nameOf);
+    profiles_->refill();
+    fileLists_->refill();
+    {
+        const QSignalBlocker quiet(links_);
+        links_->clear();
+        for (const QString& file : LinkFile::linkFiles())
+            links_->addItem(LinkFile::nameOf(file), file);
+    }
     showEditor();
 }
 
@@ -188,24 +260,21 @@ void CLinkDlg::showEditor()
     for (const QString& row : editor_.fileRows())
         files_->addItem(QDir::toNativeSeparators(row));
     choose(links_, editor_.selectedLink());
-    choose(fileLists_, editor_.selectedList());
-    choose(profiles_, {});
+    fileLists_->showCurrent(editor_.selectedList());
 }
 
 bool CLinkDlg::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == profiles_ && isReturn(event)) {
+        addSites();
+        return true;
+    }
     if (watched == sites_ && event->type() == QEvent::KeyPress
         && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-        removeSelectedSite();
+        removeSites();
         return true;
     }
     return QDialog::eventFilter(watched, event);
-}
-
-void CLinkDlg::removeSelectedSite()
-{
-    editor_.removeSite(sites_->currentRow());
-    showEditor();
 }
 
 } // namespace zelto
