@@ -77,6 +77,7 @@ TEST_F(LinkDlgTest, ALinkIsAddedShownRenamedAndDeleted)
     // A second profile of the same host is no second site; sites come in the tree's order.
     addSites({ "alpha", "twin", "gamma" });
     EXPECT_EQ(shown(*dialog_.sites()), QStringList({ "g.example", "a.example" }));
+    EXPECT_TRUE(dialog_.findChild<QLabel*>(QStringLiteral("sitesNote"))->text().contains("twin"));
     select(dialog_.fileLists(), { "daily" });
     EXPECT_EQ(shown(*dialog_.files()),
         QStringList({ QDir::toNativeSeparators(localFolder() + "/a.txt"),

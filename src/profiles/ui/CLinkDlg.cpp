@@ -42,7 +42,7 @@ QString folderName(const QString& folder)
 CPickTree::Source profileSource()
 {
     return { CLinkDlg::tr("Profiles"), &ProfileStore::root, &FolderTree::subFolders,
-        &ProfileStore::profilesIn, &SiteProfile::nameOf };
+        &ProfileStore::profilesIn, &SiteProfile::nameOf, QStyle::SP_DriveNetIcon };
 }
 
 // Lists do not nest: the lists are the leaves of the root.
@@ -50,7 +50,8 @@ CPickTree::Source listSource()
 {
     return { CLinkDlg::tr("Files"), &FileListStore::root,
         [](const QString&) { return QStringList(); },
-        [](const QString&) { return FileListStore::listFolders(); }, &folderName };
+        [](const QString&) { return FileListStore::listFolders(); }, &folderName,
+        QStyle::SP_FileDialogDetailedView };
 }
 
 QLabel* buddyLabel(const QString& text, QWidget* buddy)
@@ -79,6 +80,7 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
     , name_(new QLineEdit(this))
     , sites_(new QListWidget(this))
     , files_(new QListWidget(this))
+    , note_(new QLabel(this))
 {
     setWindowTitle(tr("Profile / File Links"));
     CHelpWindow::bindHelpKey(*this, QStringLiteral("links"));
@@ -110,9 +112,14 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
     lists->addWidget(buddyLabel(tr("S&ites of the link:"), sites_), 0, 2);
     lists->addWidget(profiles_, 1, 0);
     lists->addLayout(siteButtons, 1, 1);
-    lists->addWidget(sites_, 1, 2);
+    auto* sitesColumn = new QVBoxLayout;
+    sitesColumn->addWidget(sites_, 1);
+    sitesColumn->addWidget(note_);
+    note_->setWordWrap(true);
+    note_->setObjectName(QStringLiteral("sitesNote"));
+    lists->addLayout(sitesColumn, 1, 2);
     lists->addWidget(buddyLabel(tr("&File list:"), fileLists_), 2, 0);
-    lists->addWidget(buddyLabel(tr("File&s of the list:"), files_), 2, 2);
+    lists->addWidget(buddyLabel(tr("File&s of the list:"), files_), 2, 1, 1, 2);
     lists->addWidget(fileLists_, 3, 0);
     lists->addWidget(files_, 3, 1, 1, 2);
     lists->setColumnStretch(0, 1);
@@ -212,6 +219,7 @@ void CLinkDlg::deleteLink()
 
 void CLinkDlg::reset()
 {
+    note_->clear();
     editor_.reset();
     name_->clear();
     showEditor();
@@ -219,8 +227,16 @@ void CLinkDlg::reset()
 
 void CLinkDlg::addSites()
 {
-    for (const QString& profile : profiles_->chosen())
-        editor_.pickProfile(profile);
+    QStringList refused;
+    for (const QString& profile : profiles_->chosen()) {
+        if (!editor_.pickProfile(profile))
+            refused.append(SiteProfile::nameOf(profile));
+    }
+    // A site of a host the link holds already is left out; the user is told why, in place.
+    note_->setText(refused.isEmpty()
+            ? QString()
+            : tr("Not added, since the link has a site of the same host already: %1.")
+                  .arg(refused.join(QStringLiteral(", "))));
     showEditor();
 }
 

@@ -6,6 +6,7 @@
 #include <QDialog>
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QListWidget;
 
@@ -56,6 +57,7 @@ private:
     QLineEdit* name_;
     QListWidget* sites_;
     QListWidget* files_;
+    QLabel* note_;
 };
 
 } // namespace zelto

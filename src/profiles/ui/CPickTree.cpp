@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QSet>
 #include <QSignalBlocker>
-#include <QStyle>
 
 namespace zelto {
 namespace {
@@ -92,7 +91,7 @@ void CPickTree::fill(QTreeWidgetItem* item, const QString& folder)
         child->setData(0, kPathRole, QDir::cleanPath(leaf));
         child->setData(0, kLeafRole, true);
         child->setToolTip(0, QDir::toNativeSeparators(leaf));
-        child->setIcon(0, style()->standardIcon(QStyle::SP_FileIcon));
+        child->setIcon(0, style()->standardIcon(source_.leafIcon));
     }
 }
 

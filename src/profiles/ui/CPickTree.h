@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStyle>
 #include <QTreeWidget>
 
 #include <functional>
@@ -19,6 +20,7 @@ public:
         std::function<QStringList(const QString& folder)> folders;
         std::function<QStringList(const QString& folder)> leaves;
         std::function<QString(const QString& leaf)> label;
+        QStyle::StandardPixmap leafIcon;
     };
 
     explicit CPickTree(Source source, QWidget* parent = nullptr);
