@@ -36,15 +36,6 @@ QList<QTreeWidgetItem*> allItems(const QTreeWidget& tree)
     return items;
 }
 
-bool underSelection(const QTreeWidgetItem* item)
-{
-    for (; item; item = item->parent()) {
-        if (item->isSelected())
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 CPickTree::CPickTree(Source source, QWidget* parent)
@@ -97,9 +88,18 @@ void CPickTree::fill(QTreeWidgetItem* item, const QString& folder)
 
 QStringList CPickTree::chosen() const
 {
+    // Keys can make an item current without selecting it (Home on the first): then it is chosen.
+    const bool noneSelected = selectedItems().isEmpty();
+    const auto isChosen = [&](const QTreeWidgetItem* item) {
+        for (; item; item = item->parent()) {
+            if (noneSelected ? item == currentItem() : item->isSelected())
+                return true;
+        }
+        return false;
+    };
     QStringList leaves;
     for (const QTreeWidgetItem* item : allItems(*this)) {
-        if (isLeaf(item) && underSelection(item))
+        if (isLeaf(item) && isChosen(item))
             leaves.append(pathOf(item));
     }
     return leaves;

@@ -27,7 +27,8 @@ public:
 
     // Reads the tree again, keeping the current item and the folders the user closed.
     void refill();
-    // The leaves of the selected items and of everything below a selected folder, in tree order.
+    // The leaves of the selected items (of the current one when none is selected) and of
+    // everything below a chosen folder, in tree order.
     [[nodiscard]] QStringList chosen() const;
     // The leaf of the current item; empty on a folder.
     [[nodiscard]] QString currentLeaf() const;
