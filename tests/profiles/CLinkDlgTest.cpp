@@ -77,7 +77,7 @@ TEST_F(LinkDlgTest, ALinkIsAddedShownRenamedAndDeleted)
     // A second profile of the same host is no second site; sites come in the tree's order.
     addSites({ "alpha", "twin", "gamma" });
     EXPECT_EQ(shown(*dialog_.sites()), QStringList({ "g.example", "a.example" }));
-    EXPECT_TRUE(dialog_.findChild<QLabel*>(QStringLiteral("sitesNote"))->text().contains("twin"));
+    EXPECT_TRUE(dialog_.findChild<QLabel*>(QStringLiteral("note"))->text().contains("twin"));
     select(dialog_.fileLists(), { "daily" });
     EXPECT_EQ(shown(*dialog_.files()),
         QStringList({ QDir::toNativeSeparators(localFolder() + "/a.txt"),
@@ -85,6 +85,7 @@ TEST_F(LinkDlgTest, ALinkIsAddedShownRenamedAndDeleted)
     name(QStringLiteral("weekly.ini"));
     dialog_.addLink();
     EXPECT_TRUE(notifier_.messages.isEmpty());
+    EXPECT_TRUE(dialog_.findChild<QLabel*>(QStringLiteral("note"))->text().contains("weekly"));
     const Link saved = LinkFile::read(linkPath(QStringLiteral("weekly")));
     ASSERT_EQ(saved.sites.size(), 2u);
     EXPECT_EQ(saved.sites[0].profile, profile(QStringLiteral("eu/gamma.ini")));

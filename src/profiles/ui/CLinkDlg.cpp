@@ -112,12 +112,9 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
     lists->addWidget(buddyLabel(tr("S&ites of the link:"), sites_), 0, 2);
     lists->addWidget(profiles_, 1, 0);
     lists->addLayout(siteButtons, 1, 1);
-    auto* sitesColumn = new QVBoxLayout;
-    sitesColumn->addWidget(sites_, 1);
-    sitesColumn->addWidget(note_);
+    lists->addWidget(sites_, 1, 2);
     note_->setWordWrap(true);
-    note_->setObjectName(QStringLiteral("sitesNote"));
-    lists->addLayout(sitesColumn, 1, 2);
+    note_->setObjectName(QStringLiteral("note"));
     lists->addWidget(buddyLabel(tr("&File list:"), fileLists_), 2, 0);
     lists->addWidget(buddyLabel(tr("File&s of the list:"), files_), 2, 1, 1, 2);
     lists->addWidget(fileLists_, 3, 0);
@@ -145,6 +142,7 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addLayout(lists, 1);
+    layout->addWidget(note_);
     layout->addWidget(buttons);
 
     // Reading order: the link, its name, then each pane left to right, top to bottom.
@@ -196,6 +194,9 @@ void CLinkDlg::addLink()
     editor_.setName(name_->text());
     if (!editor_.add())
         return;
+    // The dialog empties itself: without a word the user cannot tell a saved link from a lost one.
+    note_->setText(
+        tr("The link %1 is saved.").arg(LinkFile::nameOf(LinkFile::fileNameFor(name_->text()))));
     editor_.reset();
     name_->clear();
     showEditor();
