@@ -215,5 +215,21 @@ TEST_F(LinkDlgTest, EveryPaneIsReachedByItsLabelAndByTab)
     EXPECT_TRUE(std::equal(reached.begin(), reached.end(), std::begin(panes), std::end(panes)));
 }
 
+// The first opening is centred on the frame; once moved, the dialog comes back where it was left.
+TEST_F(LinkDlgTest, OpensCentredOnTheFrameThenWhereItWasLeft)
+{
+    QWidget frame;
+    frame.setGeometry(10, 10, 780, 580);
+    frame.show();
+    CLinkDlg first(notifier_, events_, &frame);
+    EXPECT_LE(
+        (first.frameGeometry().center() - frame.frameGeometry().center()).manhattanLength(), 2);
+    first.show();
+    first.move(140, 90);
+    const CLinkDlg again(notifier_, events_, &frame);
+    EXPECT_EQ(again.pos(), QPoint(140, 90));
+    EXPECT_EQ(again.size(), first.size());
+}
+
 } // namespace
 } // namespace zelto::test

@@ -6,7 +6,9 @@
 #include "profiles/ProfileEvents.h"
 #include "profiles/ProfileStore.h"
 #include "profiles/SiteProfile.h"
+#include "settings/SettingsKeys.h"
 #include "widgets/CHelpWindow.h"
+#include "widgets/StoredPlacement.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -27,6 +29,10 @@
 
 namespace zelto {
 namespace {
+
+const QString kPlacement = QLatin1StringView(settings::geometry::kLinkDialog);
+// Both trees and both lists show a dozen rows and paths of a usual length.
+constexpr QSize kReadableSize(760, 560);
 
 void choose(QComboBox* picker, const QString& file)
 {
@@ -173,7 +179,8 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
              &ProfileEvents::linksChanged })
         connect(&events, changed, this, &CLinkDlg::fillPickers);
     fillPickers();
-    resize(sizeHint().expandedTo(QSize(760, 560)));
+    StoredPlacement::restore(*this, kPlacement, kReadableSize, parent);
+    placed_ = true;
 }
 
 CLinkDlg* CLinkDlg::showOrRaise(Notifier& notifier, ProfileEvents& events, QWidget* frame)
@@ -292,6 +299,20 @@ bool CLinkDlg::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     return QDialog::eventFilter(watched, event);
+}
+
+void CLinkDlg::moveEvent(QMoveEvent* event)
+{
+    QDialog::moveEvent(event);
+    if (placed_)
+        StoredPlacement::save(*this, kPlacement);
+}
+
+void CLinkDlg::resizeEvent(QResizeEvent* event)
+{
+    QDialog::resizeEvent(event);
+    if (placed_)
+        StoredPlacement::save(*this, kPlacement);
 }
 
 } // namespace zelto
