@@ -258,6 +258,8 @@ if [ -n "$TOOLS" ]; then
     xdotool key alt+t "$key" || true
     WINDOW=$(timeout 10 xdotool search --sync --onlyvisible --name "$title" | head -n 1) || true
     [ -n "$WINDOW" ] || { echo "   no window \"$title\" to show" >&2; continue; }
+    # The link dialog shows its first link (Down in the Link box): its sites and files.
+    if [ "$name" = link-dialog ]; then xdotool key Down || true; fi
     sleep 0.5
     frame_shot "$name" "$WINDOW"
     xdotool windowclose "$WINDOW" 2>/dev/null || xdotool key --window "$WINDOW" Escape || true

@@ -162,7 +162,11 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
         name_->setText(LinkFile::nameOf(editor_.selectedLink()));
         showEditor();
     });
-    connect(profiles_, &QTreeWidget::itemDoubleClicked, this, &CLinkDlg::addSites);
+    // A double click on a folder opens or closes it, as everywhere; on a profile it adds the site.
+    connect(profiles_, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* item) {
+        if (item->childCount() == 0)
+            addSites();
+    });
     connect(fileLists_, &QTreeWidget::currentItemChanged, this, [this] {
         const QString list = fileLists_->currentLeaf();
         if (list.isEmpty())
