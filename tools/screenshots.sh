@@ -63,6 +63,8 @@ shot() {
 # frame_shot NAME WINDOW: that window, with the title bar that a window manager drew around it.
 frame_shot() {
   local extents info left right top bottom
+  # Without a window id xwininfo waits for a click on the screen, which never comes here.
+  [ -n "$2" ] || { echo "   no window for $1" >&2; return 0; }
   extents=$(xprop -id "$2" _NET_FRAME_EXTENTS | grep -o '[0-9].*') || extents="0, 0, 0, 0"
   IFS=', ' read -r left right top bottom <<<"$extents"
   info=$(xwininfo -id "$2")
