@@ -76,7 +76,8 @@ TEST_F(LinkDlgTest, ALinkIsAddedShownRenamedAndDeleted)
 {
     // A second profile of the same host is no second site; sites come in the tree's order.
     addSites({ "alpha", "twin", "gamma" });
-    EXPECT_EQ(shown(*dialog_.sites()), QStringList({ "g.example", "a.example" }));
+    EXPECT_EQ(
+        shown(*dialog_.sites()), QStringList({ "g.example (eu/gamma)", "a.example (alpha)" }));
     EXPECT_TRUE(dialog_.findChild<QLabel*>(QStringLiteral("note"))->text().contains("twin"));
     select(dialog_.fileLists(), { "daily" });
     EXPECT_EQ(shown(*dialog_.files()),
@@ -95,11 +96,12 @@ TEST_F(LinkDlgTest, ALinkIsAddedShownRenamedAndDeleted)
 
     // Shown again with its list chosen; Delete on a site row takes it off.
     pick(dialog_.links(), QStringLiteral("weekly"));
-    EXPECT_EQ(shown(*dialog_.sites()), QStringList({ "g.example", "a.example" }));
+    EXPECT_EQ(
+        shown(*dialog_.sites()), QStringList({ "g.example (eu/gamma)", "a.example (alpha)" }));
     EXPECT_EQ(dialog_.fileLists()->currentLeaf(), QDir::cleanPath(listFolder("daily")));
     dialog_.sites()->setCurrentRow(0);
     QTest::keyClick(dialog_.sites(), Qt::Key_Delete);
-    EXPECT_EQ(shown(*dialog_.sites()), QStringList({ "a.example" }));
+    EXPECT_EQ(shown(*dialog_.sites()), QStringList({ "a.example (alpha)" }));
 
     const std::pair<const char*, int> renames[]
         = { { "weekly", ids::kLinkNamesIdentical }, { "monthly", 0 } };
@@ -150,7 +152,8 @@ TEST_F(LinkDlgTest, SitesAndTheListAreChosenFromTheTrees)
         dialog_.profiles()->findItems("gamma", Qt::MatchExactly | Qt::MatchRecursive).front(), 0,
         QItemSelectionModel::NoUpdate);
     QTest::keyClick(dialog_.profiles(), Qt::Key_Return);
-    EXPECT_EQ(shown(*dialog_.sites()), QStringList({ "b.example", "n.example", "g.example" }));
+    EXPECT_EQ(shown(*dialog_.sites()),
+        QStringList({ "b.example (us/east/bos)", "n.example (us/ny)", "g.example (eu/gamma)" }));
     dialog_.sites()->setCurrentRow(1);
     QTest::keyClick(dialog_.sites(), Qt::Key_Delete);
 

@@ -281,7 +281,9 @@ void CLinkDlg::showEditor()
 {
     sites_->clear();
     for (const LinkSiteRow& row : editor_.sites()) {
-        auto* item = new QListWidgetItem(row.host, sites_);
+        // The profile beside its host: a link kept from before may name several of one host.
+        auto* item = new QListWidgetItem(
+            tr("%1 (%2)").arg(row.host, ProfileStore::shownName(row.profile)), sites_);
         item->setToolTip(QDir::toNativeSeparators(row.profile));
     }
     files_->clear();
