@@ -63,6 +63,8 @@ shot() {
 # frame_shot NAME WINDOW: that window, with the title bar that a window manager drew around it.
 frame_shot() {
   local extents info left right top bottom
+  # Without a window id xwininfo waits for a click on the screen, which never comes here.
+  [ -n "$2" ] || { echo "   no window for $1" >&2; return 0; }
   extents=$(xprop -id "$2" _NET_FRAME_EXTENTS | grep -o '[0-9].*') || extents="0, 0, 0, 0"
   IFS=', ' read -r left right top bottom <<<"$extents"
   info=$(xwininfo -id "$2")
@@ -258,6 +260,8 @@ if [ -n "$TOOLS" ]; then
     xdotool key alt+t "$key" || true
     WINDOW=$(timeout 10 xdotool search --sync --onlyvisible --name "$title" | head -n 1) || true
     [ -n "$WINDOW" ] || { echo "   no window \"$title\" to show" >&2; continue; }
+    # The link dialog shows its first link (Down in the Link box): its sites and files.
+    if [ "$name" = link-dialog ]; then xdotool key Down || true; fi
     sleep 0.5
     frame_shot "$name" "$WINDOW"
     xdotool windowclose "$WINDOW" 2>/dev/null || xdotool key --window "$WINDOW" Escape || true

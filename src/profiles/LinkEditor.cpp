@@ -51,6 +51,12 @@ void LinkEditor::pickList(const QString& listFolder)
     addFileRows(FileListStore::listFile(listFolder));
 }
 
+void LinkEditor::chooseList(const QString& listFolder)
+{
+    fileRows_.clear();
+    pickList(listFolder);
+}
+
 void LinkEditor::pickLink(const QString& linkFile)
 {
     selectedLink_ = linkFile;

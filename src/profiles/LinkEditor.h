@@ -42,6 +42,9 @@ public:
     // Adds the entries of the list that are not rows yet, and selects the list. Clears the "Link"
     // pick.
     void pickList(const QString& listFolder);
+    // As pickList, but the files shown are that list's alone: choosing in a tree of lists moves
+    // from one list to the next, and a link holds one list.
+    void chooseList(const QString& listFolder);
     // Shows the link's sites and files, and selects in "File List" the list the link names.
     void pickLink(const QString& linkFile);
     void reset();

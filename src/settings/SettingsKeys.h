@@ -199,6 +199,7 @@ namespace geometry {
 inline constexpr char kMainFrame[] = "Dimensions\\Main\\Mainframe";
 inline constexpr char kProfileFrame[] = "Dimensions\\Profile\\Mainframe";
 inline constexpr char kFilesFrame[] = "Dimensions\\Files\\Mainframe";
+inline constexpr char kLinkDialog[] = "Dimensions\\Links\\Dialog";
 // The options sheet's place and size, kept once the user has closed it.
 inline constexpr char kOptionsSheet[] = "Dimensions\\Options\\Sheet";
 inline constexpr char kWidth[] = "Width";

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "profiles/LinkEditor.h"
+#include "profiles/ui/CPickTree.h"
 
 #include <QDialog>
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QListWidget;
 
@@ -13,9 +15,9 @@ namespace zelto {
 class Notifier;
 class ProfileEvents;
 
-// "Profile / File Links": puts a link together from the stored site profiles and one file list,
-// and adds, renames and deletes links. The pickers follow the stores: a profile, list or link
-// made, renamed or deleted elsewhere shows here at once.
+// "Profile / File Links": puts a link together from the tree of site profiles and the tree of
+// file lists, and adds, renames and deletes links. The trees follow the stores: a profile, list
+// or link made, renamed or deleted elsewhere shows here at once.
 class CLinkDlg final : public QDialog {
     Q_OBJECT
 public:
@@ -25,8 +27,8 @@ public:
     static CLinkDlg* showOrRaise(Notifier& notifier, ProfileEvents& events, QWidget* frame);
 
     [[nodiscard]] QComboBox* links() const { return links_; }
-    [[nodiscard]] QComboBox* profiles() const { return profiles_; }
-    [[nodiscard]] QComboBox* fileLists() const { return fileLists_; }
+    [[nodiscard]] CPickTree* profiles() const { return profiles_; }
+    [[nodiscard]] CPickTree* fileLists() const { return fileLists_; }
     [[nodiscard]] QLineEdit* nameField() const { return name_; }
     [[nodiscard]] QListWidget* sites() const { return sites_; }
     [[nodiscard]] QListWidget* files() const { return files_; }
@@ -36,23 +38,30 @@ public Q_SLOTS:
     void renameLink();
     void deleteLink();
     void reset();
+    // Adds the profiles chosen in the tree (a folder: every profile below it) as sites.
+    void addSites();
+    void removeSites();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    // The place and size are kept as the user moves and sizes the dialog.
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void fillPickers();
     // Shows the editor's sites, files and picks.
     void showEditor();
-    void removeSelectedSite();
 
     LinkEditor editor_;
     QComboBox* links_;
-    QComboBox* profiles_;
-    QComboBox* fileLists_;
+    CPickTree* profiles_;
+    CPickTree* fileLists_;
     QLineEdit* name_;
     QListWidget* sites_;
     QListWidget* files_;
+    QLabel* note_;
+    bool placed_ = false;
 };
 
 } // namespace zelto
