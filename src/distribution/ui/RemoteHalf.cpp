@@ -1,5 +1,6 @@
 #include "RemoteHalf.h"
 
+#include "distribution/FolderUpload.h"
 #include "distribution/RunOffThread.h"
 #include "distribution/ui/CQuickConnectDlg.h"
 #include "distribution/ui/CRemFilesView.h"
@@ -9,6 +10,7 @@
 #include "platform/StringTable.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "widgets/FileMask.h"
 #include "widgets/FileRow.h"
 
 #include <QAction>
@@ -17,7 +19,6 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
-#include <QRegularExpression>
 #include <QSplitter>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -100,10 +101,11 @@ RemoteHalf::RemoteHalf(
     connect(files_, &CRemFilesView::deleteRequested, this, &RemoteHalf::deleteSelected);
     connect(files_, &CRemFilesView::parentRequested, this, &RemoteHalf::parentFolder);
     connect(files_, &CRemFilesView::refreshRequested, this, &RemoteHalf::refresh);
-    connect(files_, &CRemFilesView::localFilesDropped, this, [this](const QStringList& paths) {
-        if (connected_ && !busy_)
-            Q_EMIT putRequested(paths);
-    });
+    connect(files_, &CRemFilesView::localFilesDropped, this,
+        [this](const QStringList& paths, bool fromShell) {
+            if (connected_ && !busy_)
+                Q_EMIT putRequested(paths, fromShell);
+        });
     connect(files_, &CRemFilesView::remoteRowsDropped, this, [this](CRemFilesView* source) {
         auto* from = halfOf(source);
         if (from && connected_ && !busy_ && from->isConnected())
@@ -176,6 +178,35 @@ QStringList RemoteHalf::selectedFileNames() const
             tr("These names cannot be used on this computer:\n%1").arg(refused.join(u'\n')),
             MessageIcon::Stop);
     return names;
+}
+
+QStringList RemoteHalf::fileNamesMatching(const QString& mask) const
+{
+    const FileMask pattern(mask);
+    QStringList names;
+    for (const auto& entry : listing_.entries()) {
+        if (!entry.isFolder() && RemoteEntry::isPlainName(entry.name)
+            && pattern.matches(entry.name))
+            names.append(entry.name);
+    }
+    return names;
+}
+
+QStringList RemoteHalf::selectedFolderNames() const
+{
+    QStringList names;
+    for (const auto& row : files_->selectedRows()) {
+        if (row.folder && RemoteEntry::isPlainName(row.name))
+            names.append(row.name);
+    }
+    return names;
+}
+
+bool RemoteHalf::isFolder(const QString& name) const
+{
+    const auto& entries = listing_.entries();
+    return std::any_of(entries.begin(), entries.end(),
+        [&](const RemoteEntry& entry) { return entry.name == name && entry.isFolder(); });
 }
 
 qint64 RemoteHalf::sizeOf(const QString& name) const
@@ -292,14 +323,13 @@ void RemoteHalf::showListing(const QString& folder, const RemoteListing& listing
 {
     folder_ = folder;
     listing_ = listing;
-    const auto pattern = QRegularExpression(QRegularExpression::wildcardToRegularExpression(
-        mask_.isEmpty() ? QStringLiteral("*") : mask_));
+    const FileMask pattern(mask_);
     std::vector<FileRow> rows;
     QStringList subfolders;
     for (const auto& entry : listing.entries()) {
         if (entry.isFolder())
             subfolders.append(entry.name);
-        if (entry.isFolder() || pattern.match(entry.name).hasMatch())
+        if (entry.isFolder() || pattern.matches(entry.name))
             rows.push_back(rowOf(entry));
     }
     files_->setRows(std::move(rows));
@@ -462,6 +492,39 @@ void RemoteHalf::removeFolder()
                 showFailure(result);
             openFolder(parent);
         });
+}
+
+void RemoteHalf::prepareFolderPut(
+    const QStringList& localFolders, std::function<void(std::vector<FileEntry>)> then)
+{
+    if (busy_ || !connected_)
+        return;
+    const auto placement = RemotePlacement::dirTreeSetting(true);
+    const QString casing = SettingsStore::get(settings::config::kFileCasingPut);
+    run(
+        [localFolders, folder = folder_, placement, casing](BrowserSession& session) {
+            auto upload = FolderUpload::plan(localFolders, folder, placement, casing);
+            // A folder that cannot be made fails its files in the put, with the engine's message.
+            for (const auto& path : upload.remoteFolders)
+                (void)session.makeFolder(
+                    parentOf(path), path.mid(path.lastIndexOf(u'/') + 1), true);
+            return std::move(upload.files);
+        },
+        [then = std::move(then)](std::vector<FileEntry> files) { then(std::move(files)); });
+}
+
+void RemoteHalf::prepareFolderGet(
+    const QStringList& names, const QString& localFolder, std::function<void(FolderDownload)> then)
+{
+    if (busy_ || !connected_ || names.isEmpty())
+        return;
+    const auto placement = RemotePlacement::dirTreeSetting(true);
+    const QString casing = SettingsStore::get(settings::config::kFileCasingGet);
+    run(
+        [names, folder = folder_, localFolder, placement, casing](BrowserSession& session) {
+            return FolderDownload::plan(session, folder, names, localFolder, placement, casing);
+        },
+        [then = std::move(then)](FolderDownload download) { then(std::move(download)); });
 }
 
 void RemoteHalf::moveRows(CRemFilesView* source, const QString& folder)
