@@ -233,6 +233,21 @@ TEST_F(StandardFtpTransfersTest, DroppedFoldersGoWholeOnlyWhenTheSettingsSaySo)
     }
 }
 
+// A list view starts a drag only from rows its model marks as draggable.
+TEST_F(StandardFtpTransfersTest, TheRowsOfBothListsDragOut)
+{
+    write(server_->home() + "/remote.txt", "r");
+    write(local_.filePath("local.txt"), "l");
+    connectRemote();
+    screen_->localFiles()->refresh();
+    for (const QAbstractItemView* view : { static_cast<QAbstractItemView*>(remote().files()),
+             static_cast<QAbstractItemView*>(screen_->localFiles()) }) {
+        ASSERT_EQ(view->model()->rowCount(), 1);
+        EXPECT_TRUE(view->model()->flags(view->model()->index(0, 0)) & Qt::ItemIsDragEnabled)
+            << view->accessibleName().toStdString();
+    }
+}
+
 // A file-size limit on this process stands for a full disk: the write past it fails with EFBIG
 // instead of ending the process.
 TEST_F(StandardFtpTransfersTest, AGetOntoAFullDiskFailsWithTheDiskFullMessage)

@@ -164,6 +164,12 @@ JobSite RemoteHalf::site() const
     return site;
 }
 
+QString RemoteHalf::siteName() const
+{
+    // Two sites of one host, as the Remote FTP screen may show, differ only by their ports.
+    return site_.port == 21 ? site_.server : site_.server + u':' + QString::number(site_.port);
+}
+
 QStringList RemoteHalf::selectedFileNames() const
 {
     QStringList names;
@@ -238,7 +244,7 @@ void RemoteHalf::setBusy(bool busy)
     } else {
         unsetCursor();
         status_->setText(connected_
-                ? StringTable::text(ids::kConnectedTo).replace(QLatin1String("%s"), site_.server)
+                ? StringTable::text(ids::kConnectedTo).replace(QLatin1String("%s"), siteName())
                 : tr("Not connected"));
     }
     Q_EMIT busyChanged(busy);
@@ -333,7 +339,7 @@ void RemoteHalf::showListing(const QString& folder, const RemoteListing& listing
             rows.push_back(rowOf(entry));
     }
     files_->setRows(std::move(rows));
-    tree_->showFolder(site_.server, folder, subfolders);
+    tree_->showFolder(siteName(), folder, subfolders);
 }
 
 void RemoteHalf::activated(const FileRow& row)

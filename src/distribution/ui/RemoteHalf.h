@@ -104,6 +104,8 @@ private:
     template <typename Work, typename Deliver> void run(Work work, Deliver deliver);
     void buildActions();
     void setBusy(bool busy);
+    // The host, and the port when it is not FTP's own.
+    [[nodiscard]] QString siteName() const;
     void showListing(const QString& folder, const RemoteListing& listing);
     void moveRows(CRemFilesView* source, const QString& folder);
     void activated(const FileRow& row);
