@@ -86,11 +86,19 @@ RemoteHalf::RemoteHalf(
     layout->addWidget(status_);
     files_->setAccessibleName(tr("Remote files"));
     setFocusProxy(tree_);
-    prompt_ = [this](const QString& caption, const QString& label, const QString& text) {
-        bool ok = false;
-        const auto answer
-            = QInputDialog::getText(this, caption, label, QLineEdit::Normal, text, &ok);
-        return ok ? std::optional(answer) : std::nullopt;
+    prompt_ = [this](const QString& caption, const QString& label,
+                  const QString& text) -> std::optional<QString> {
+        QInputDialog dialog(this);
+        dialog.setWindowTitle(caption);
+        dialog.setLabelText(label);
+        dialog.setTextValue(text);
+        // Wide enough for its title and a long file name, at any font size.
+        dialog.resize(
+            std::max(dialog.sizeHint().width(), dialog.fontMetrics().averageCharWidth() * 50),
+            dialog.sizeHint().height());
+        if (dialog.exec() != QDialog::Accepted)
+            return std::nullopt;
+        return dialog.textValue();
     };
     buildActions();
 

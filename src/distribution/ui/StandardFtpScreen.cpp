@@ -211,9 +211,9 @@ bool StandardFtpScreen::takesFolders(const QStringList& folders, bool fromShell)
                                 : settings::config::kDragDropDirsRemoteBrowser;
     if (SettingsStore::get(key) == QLatin1StringView(settings::kYes))
         return true;
-    notifier_.showMessage(
-        tr("Folders are not transferred whole unless the options say so; left out:\n%1")
-            .arg(folders.join(u'\n')),
+    notifier_.showMessage(tr("These folders were left out: whole folders go by drag and drop only "
+                             "when the %1 page of the options says so.\n%2")
+                              .arg(fromShell ? tr("System") : tr("Misc"), folders.join(u'\n')),
         MessageIcon::Information);
     return false;
 }
