@@ -13,6 +13,7 @@
 #include "settings/SettingsKeys.h"
 #include "widgets/CDirView.h"
 
+#include <QAction>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
@@ -231,6 +232,34 @@ TEST_F(StandardFtpTransfersTest, DroppedFoldersGoWholeOnlyWhenTheSettingsSaySo)
             ASSERT_TRUE(waitUntil([&] { return idle() && remote().folder() == "/"; }, 10s));
         }
     }
+}
+
+// The frame's FTP Get, FTP Put and wildcard forms act only on the screen shown, connected.
+TEST_F(StandardFtpTransfersTest, TheTransferCommandsAreEnabledWhileShownAndConnected)
+{
+    const auto enabled = [&] {
+        std::vector<bool> states;
+        for (const QAction* action : screen_->transferActions())
+            states.push_back(action->isEnabled());
+        return states;
+    };
+    const std::vector<bool> none(4, false);
+    const std::vector<bool> all(4, true);
+    ASSERT_EQ(screen_->transferActions().size(), 4);
+    EXPECT_EQ(enabled(), none) << "hidden and not connected";
+    connectRemote();
+    EXPECT_EQ(enabled(), none) << "connected, but another screen is shown";
+    QWidget frame;
+    screen_->remotePane()->setParent(&frame);
+    frame.show();
+    EXPECT_TRUE(waitUntil([&] { return enabled() == all; }, 10s)) << "shown and connected";
+    frame.hide();
+    EXPECT_TRUE(waitUntil([&] { return enabled() == none; }, 10s)) << "the screen left";
+    frame.show();
+    ASSERT_TRUE(waitUntil([&] { return enabled() == all; }, 10s));
+    remote().disconnectSite();
+    EXPECT_TRUE(waitUntil([&] { return idle() && enabled() == none; }, 10s)) << "disconnected";
+    screen_->remotePane()->setParent(nullptr);
 }
 
 // A list view starts a drag only from rows its model marks as draggable.

@@ -16,7 +16,6 @@
 #include <QAction>
 #include <QInputDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
 #include <QSplitter>
