@@ -153,7 +153,7 @@ void RemoteHalf::buildActions()
     // F2, Delete, Backspace and F5 of the list are its own keys.
     add(files_, tr("&Get"), QKeySequence(Qt::CTRL | Qt::Key_G), [this] {
         if (connected_ && !busy_)
-            if (const auto names = selectedFileNames(); !names.isEmpty())
+            if (const auto names = selectedFileNames() + selectedFolderNames(); !names.isEmpty())
                 Q_EMIT getRequested(names);
     });
     add(files_, tr("Re&name...\tF2"), QKeySequence(), slot(&RemoteHalf::renameSelected));

@@ -91,7 +91,7 @@ public:
     [[nodiscard]] QStringList selectedFolderNames() const;
 
 Q_SIGNALS:
-    // The user asked for these files of the current folder on the local side.
+    // The user asked for these files and folders of the current folder on the local side.
     void getRequested(const QStringList& names);
     // Local files dropped on the list: to be put into the current folder. `fromShell`: dragged
     // from outside the program.
