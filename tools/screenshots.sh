@@ -24,6 +24,7 @@
 #   scheduler-window.png  the scheduler's configurator with the two entries of the run
 #   options-sheet.png     the "System Config" sheet on its System page
 #   standard-ftp.png      the Standard FTP screen connected to a site by its quick connect
+#   remote-ftp.png        the Remote FTP screen connected to two sites, copying a file between them
 #
 # Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
 # x11-utils (to drive the program with its keys and to shoot single windows; without them only the
@@ -278,7 +279,8 @@ dialog_shot() {
   dialog=$(timeout 20 xdotool search --sync --onlyvisible --name "^$title\$" | head -n 1) || true
   sleep 1
   frame_shot "$name" "$dialog"
-  xdotool key --window "$dialog" Escape || true
+  # Sent to the window found, or else to the focus, which a modal window keeps.
+  xdotool key --window "$dialog" Escape 2>/dev/null || xdotool key Escape || true
   sleep 0.5
 }
 # Files that failed on an earlier day wait in the queue, written once the program has started
@@ -325,6 +327,29 @@ if [ -n "$TOOLS" ]; then
   xdotool key Return
   sleep 2
   window_shot standard-ftp
+
+  # The Remote FTP screen (Ctrl+2): the first side connected to alpha as above, the second to beta
+  # (its port typed into the quick connect); in alpha's list the folder "release" of the script is
+  # opened (typed, then Return) and its last file copied to beta with Ctrl+Shift+C. Beta holds the
+  # upload for a moment, so the copy's window is at work in the shot.
+  xdotool key ctrl+2
+  sleep 1
+  xdotool mousemove --window "$MAIN_WINDOW" 60 210 click 1 key ctrl+k
+  sleep 1
+  xdotool key Return
+  sleep 2
+  xdotool mousemove --window "$MAIN_WINDOW" 630 210 click 1 key ctrl+k
+  sleep 1
+  xdotool key Tab Tab Tab ctrl+a type "${PORT[beta]}"
+  xdotool key Return
+  sleep 2
+  xdotool mousemove --window "$MAIN_WINDOW" 380 290 click 1 type release
+  xdotool key Return
+  sleep 1.5
+  xdotool key End ctrl+shift+c
+  sleep 0.8
+  window_shot remote-ftp
+  sleep 2
   xdotool key ctrl+3
   sleep 0.5
 fi

@@ -141,7 +141,7 @@ FtpResult BrowserSession::removeFile(const QString& folder, const RemoteEntry& e
     return done(result);
 }
 
-FtpResult BrowserSession::makeFolder(const QString& parent, const QString& name)
+FtpResult BrowserSession::makeFolder(const QString& parent, const QString& name, bool existingIsOk)
 {
     std::lock_guard lock(lock_);
     const QString path = join(parent, name);
@@ -156,8 +156,10 @@ FtpResult BrowserSession::makeFolder(const QString& parent, const QString& name)
         return done(*refused);
     auto& connection = *session_->connection();
     const auto there = connection.list(parent);
-    if (there.ok() && there.value.contains(name))
-        return done(FtpResult::failure(ids::kDirectoryExists, path));
+    if (there.ok() && there.value.contains(name)) {
+        return existingIsOk ? FtpResult::success()
+                            : done(FtpResult::failure(ids::kDirectoryExists, path));
+    }
     return done(connection.makeFolder(path));
 }
 

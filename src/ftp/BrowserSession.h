@@ -56,8 +56,10 @@ public:
     // Deletes the file `entry` of `folder`: ids::kFileToDeleteNotFound when it is no longer
     // listed there, ids::kFileNotDeleted when the server refuses.
     [[nodiscard]] FtpResult removeFile(const QString& folder, const RemoteEntry& entry);
-    // Makes the folder `name` in `parent`; ids::kDirectoryExists when the name is taken.
-    [[nodiscard]] FtpResult makeFolder(const QString& parent, const QString& name);
+    // Makes the folder `name` in `parent`; ids::kDirectoryExists when the name is taken, unless
+    // `existingIsOk`: then a folder already there is a success, without a log record.
+    [[nodiscard]] FtpResult makeFolder(
+        const QString& parent, const QString& name, bool existingIsOk = false);
     // Removes the (empty) folder `entry` of `parent`.
     [[nodiscard]] FtpResult removeFolder(const QString& parent, const RemoteEntry& entry);
 

@@ -113,6 +113,12 @@ QVariant FileRowModel::headerData(int section, Qt::Orientation orientation, int 
     return {};
 }
 
+Qt::ItemFlags FileRowModel::flags(const QModelIndex& index) const
+{
+    const auto base = QAbstractTableModel::flags(index);
+    return index.isValid() ? base | Qt::ItemIsDragEnabled : base;
+}
+
 void FileRowModel::setRows(std::vector<FileRow> rows)
 {
     beginResetModel();

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QVariant headerData(
         int section, Qt::Orientation orientation, int role) const override;
+    // Rows drag out to the other lists and trees; without the flag the view never starts a drag.
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
     [[nodiscard]] const std::vector<FileRow>& rows() const { return rows_; }
     [[nodiscard]] const FileRow& row(int row) const { return rows_[std::size_t(row)]; }

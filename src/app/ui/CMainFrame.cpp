@@ -100,7 +100,8 @@ CMainFrame::CMainFrame(ProgramServices& services, BackgroundWork& background, No
     , tray_(tray)
     , views_(std::move(views))
     , screens_(std::make_unique<FrameScreens>(views_, this))
-    , menus_(std::make_unique<FrameMenus>(*this, views_.multiplePutActions))
+    , menus_(
+          std::make_unique<FrameMenus>(*this, views_.multiplePutActions, views_.standardFtpActions))
 {
     setObjectName(QStringLiteral("mainFrame"));
     setWindowTitle(StringTable::text(ids::kAppTitle));

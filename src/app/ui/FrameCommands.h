@@ -15,6 +15,11 @@ inline constexpr int kExit = 57665;
 inline constexpr int kStandardFtp = 1172;
 inline constexpr int kRemoteFtp = 1173;
 inline constexpr int kMultiplePut = 1174;
+// The Standard FTP screen's transfers, lent by the screen in this order.
+inline constexpr int kFtpGet = 1168;
+inline constexpr int kFtpGetWildcard = 1169;
+inline constexpr int kFtpPut = 1170;
+inline constexpr int kFtpPutWildcard = 1171;
 inline constexpr int kFtpProfiles = 1141;
 inline constexpr int kFileListProfiles = 1159;
 inline constexpr int kLinks = 1222;

@@ -44,7 +44,8 @@ constexpr std::pair<int, ToolIcons::Kind> kDrawn[] = {
 
 } // namespace
 
-FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
+FrameMenus::FrameMenus(
+    QMainWindow& frame, const QList<QAction*>& multiplePut, const QList<QAction*>& standardFtp)
     : frame_(frame), multiplePut_(multiplePut)
 {
     QMenuBar* bar = frame.menuBar();
@@ -63,6 +64,15 @@ FrameMenus::FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut)
     screens_ = radioGroup({ cmd::kStandardFtp, cmd::kRemoteFtp, cmd::kMultiplePut });
     ftp->addActions(screens_->actions());
     ftp->addSeparator();
+    const int standardFtpIds[]
+        = { cmd::kFtpGet, cmd::kFtpGetWildcard, cmd::kFtpPut, cmd::kFtpPutWildcard };
+    for (qsizetype i = 0; i < standardFtp.size() && i < qsizetype(std::size(standardFtpIds)); ++i) {
+        standardFtp[i]->setData(standardFtpIds[i]);
+        commands_.insert(standardFtpIds[i], standardFtp[i]);
+        ftp->addAction(standardFtp[i]);
+    }
+    if (!standardFtp.isEmpty())
+        ftp->addSeparator();
     ftp->addActions(multiplePut);
     ftp->addSeparator();
     ftp->addAction(add(cmd::kFtpProfiles, QObject::tr("FTP Pr&ofiles...")));

@@ -16,8 +16,9 @@ namespace zelto {
 // built yet are there, disabled. Behaviour is the frame's.
 class FrameMenus final {
 public:
-    // Fills the frame's menu bar; `multiplePut` joins the FTP menu.
-    FrameMenus(QMainWindow& frame, const QList<QAction*>& multiplePut);
+    // Fills the frame's menu bar; `multiplePut` and `standardFtp` (FrameViews) join the FTP menu.
+    FrameMenus(
+        QMainWindow& frame, const QList<QAction*>& multiplePut, const QList<QAction*>& standardFtp);
     FrameMenus(const FrameMenus&) = delete;
     FrameMenus& operator=(const FrameMenus&) = delete;
 

@@ -33,6 +33,9 @@ struct FrameViews {
     // Commands of the Multiple FTP Put screen (Send Parallel, Send Serial ...): in the FTP menu
     // and on the tool bar, shown while that screen is.
     QList<QAction*> multiplePutActions;
+    // FTP Get, FTP Get Wildcard, FTP Put and FTP Put Wildcard, in that order: in the FTP menu; the
+    // Standard FTP screen enables them while it is shown and connected.
+    QList<QAction*> standardFtpActions;
     // Opens the transfer statistics window over the frame ("Transfer Statistics" in the FTP and
     // tray menus); CStatisticsDlg::showOrRaise fits.
     std::function<void(QWidget* frame)> showStatistics;

@@ -153,6 +153,7 @@ int WindowedRun::runWindows(const StartRequest& request)
     views.sitesList = sites;
     views.fileList = files;
     views.multiplePutActions = multiplePut.actions();
+    views.standardFtpActions = standardFtp.transferActions();
     views.showStatistics = &CStatisticsDlg::showOrRaise;
     views.transfers = new CTransfersDock;
     views.runScript = [&background](QWidget* frame) {

@@ -23,27 +23,23 @@ void BrowserTransfers::get(QWidget* parent, const JobSite& site,
     std::function<void()> done)
 {
     const QString casing = SettingsStore::get(settings::config::kFileCasingGet);
-    TransferJob::Setup setup;
-    setup.mode = TransferMode::Get;
-    setup.sites = { site };
+    std::vector<FileEntry> entries;
     for (const auto& file : files) {
         FileEntry entry;
         entry.localFolder = localFolder;
         entry.localName = casedName(file.name, casing);
         entry.remoteName = file.name;
         entry.size = file.size;
-        setup.files.push_back(std::move(entry));
+        entries.push_back(std::move(entry));
     }
-    open(parent, std::move(setup), context, std::move(done));
+    transfer(parent, TransferMode::Get, site, std::move(entries), false, context, std::move(done));
 }
 
 void BrowserTransfers::put(QWidget* parent, const JobSite& site, const QStringList& paths,
     QObject* context, std::function<void()> done)
 {
     const QString casing = SettingsStore::get(settings::config::kFileCasingPut);
-    TransferJob::Setup setup;
-    setup.mode = TransferMode::Put;
-    setup.sites = { site };
+    std::vector<FileEntry> files;
     for (const auto& path : paths) {
         const QFileInfo info(path);
         if (!info.isFile())
@@ -53,10 +49,20 @@ void BrowserTransfers::put(QWidget* parent, const JobSite& site, const QStringLi
         entry.localName = info.fileName();
         entry.remoteName = casedName(info.fileName(), casing);
         entry.size = info.size();
-        setup.files.push_back(std::move(entry));
+        files.push_back(std::move(entry));
     }
-    if (!setup.files.empty())
-        open(parent, std::move(setup), context, std::move(done));
+    transfer(parent, TransferMode::Put, site, std::move(files), false, context, std::move(done));
+}
+
+void BrowserTransfers::transfer(QWidget* parent, TransferMode mode, const JobSite& site,
+    std::vector<FileEntry> files, bool keepFolder, QObject* context, std::function<void()> done)
+{
+    TransferJob::Setup setup;
+    setup.mode = mode;
+    setup.sites = { site };
+    setup.files = std::move(files);
+    setup.keepFolder = keepFolder;
+    open(parent, std::move(setup), context, std::move(done));
 }
 
 void BrowserTransfers::copy(QWidget* parent, const JobSite& source,

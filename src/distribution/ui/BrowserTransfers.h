@@ -36,6 +36,11 @@ public:
         const QString& localFolder, QObject* context, std::function<void()> done);
     void put(QWidget* parent, const JobSite& site, const QStringList& paths, QObject* context,
         std::function<void()> done);
+    // A get (TransferMode::Get) or put (TransferMode::Put) of files already placed and cased;
+    // `keepFolder` for those that keep their folders (FolderUpload, FolderDownload).
+    void transfer(QWidget* parent, TransferMode mode, const JobSite& site,
+        std::vector<FileEntry> files, bool keepFolder, QObject* context,
+        std::function<void()> done);
     void copy(QWidget* parent, const JobSite& source, const std::vector<RemoteFile>& files,
         const JobSite& target, QObject* context, std::function<void()> done);
 

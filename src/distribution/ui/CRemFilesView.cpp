@@ -97,7 +97,7 @@ void CRemFilesView::dropEvent(QDropEvent* event)
             paths.append(url.toLocalFile());
     }
     if (!paths.isEmpty())
-        Q_EMIT localFilesDropped(paths);
+        Q_EMIT localFilesDropped(paths, event->source() == nullptr);
 }
 
 } // namespace zelto

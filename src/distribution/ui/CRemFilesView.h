@@ -26,7 +26,8 @@ Q_SIGNALS:
     void deleteRequested();
     void parentRequested();
     void refreshRequested();
-    void localFilesDropped(const QStringList& paths);
+    // `fromShell`: dragged from outside the program (the desktop's file manager).
+    void localFilesDropped(const QStringList& paths, bool fromShell);
     void remoteRowsDropped(zelto::CRemFilesView* source);
 
 protected:

@@ -1,5 +1,6 @@
 #include "RemoteHalf.h"
 
+#include "distribution/FolderUpload.h"
 #include "distribution/RunOffThread.h"
 #include "distribution/ui/CQuickConnectDlg.h"
 #include "distribution/ui/CRemFilesView.h"
@@ -9,15 +10,14 @@
 #include "platform/StringTable.h"
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
+#include "widgets/FileMask.h"
 #include "widgets/FileRow.h"
 
 #include <QAction>
 #include <QInputDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
-#include <QRegularExpression>
 #include <QSplitter>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -85,11 +85,19 @@ RemoteHalf::RemoteHalf(
     layout->addWidget(status_);
     files_->setAccessibleName(tr("Remote files"));
     setFocusProxy(tree_);
-    prompt_ = [this](const QString& caption, const QString& label, const QString& text) {
-        bool ok = false;
-        const auto answer
-            = QInputDialog::getText(this, caption, label, QLineEdit::Normal, text, &ok);
-        return ok ? std::optional(answer) : std::nullopt;
+    prompt_ = [this](const QString& caption, const QString& label,
+                  const QString& text) -> std::optional<QString> {
+        QInputDialog dialog(this);
+        dialog.setWindowTitle(caption);
+        dialog.setLabelText(label);
+        dialog.setTextValue(text);
+        // Wide enough for its title and a long file name, at any font size.
+        dialog.resize(
+            std::max(dialog.sizeHint().width(), dialog.fontMetrics().averageCharWidth() * 50),
+            dialog.sizeHint().height());
+        if (dialog.exec() != QDialog::Accepted)
+            return std::nullopt;
+        return dialog.textValue();
     };
     buildActions();
 
@@ -100,10 +108,11 @@ RemoteHalf::RemoteHalf(
     connect(files_, &CRemFilesView::deleteRequested, this, &RemoteHalf::deleteSelected);
     connect(files_, &CRemFilesView::parentRequested, this, &RemoteHalf::parentFolder);
     connect(files_, &CRemFilesView::refreshRequested, this, &RemoteHalf::refresh);
-    connect(files_, &CRemFilesView::localFilesDropped, this, [this](const QStringList& paths) {
-        if (connected_ && !busy_)
-            Q_EMIT putRequested(paths);
-    });
+    connect(files_, &CRemFilesView::localFilesDropped, this,
+        [this](const QStringList& paths, bool fromShell) {
+            if (connected_ && !busy_)
+                Q_EMIT putRequested(paths, fromShell);
+        });
     connect(files_, &CRemFilesView::remoteRowsDropped, this, [this](CRemFilesView* source) {
         auto* from = halfOf(source);
         if (from && connected_ && !busy_ && from->isConnected())
@@ -144,7 +153,7 @@ void RemoteHalf::buildActions()
     // F2, Delete, Backspace and F5 of the list are its own keys.
     add(files_, tr("&Get"), QKeySequence(Qt::CTRL | Qt::Key_G), [this] {
         if (connected_ && !busy_)
-            if (const auto names = selectedFileNames(); !names.isEmpty())
+            if (const auto names = selectedFileNames() + selectedFolderNames(); !names.isEmpty())
                 Q_EMIT getRequested(names);
     });
     add(files_, tr("Re&name...\tF2"), QKeySequence(), slot(&RemoteHalf::renameSelected));
@@ -162,6 +171,12 @@ JobSite RemoteHalf::site() const
     return site;
 }
 
+QString RemoteHalf::siteName() const
+{
+    // Two sites of one host, as the Remote FTP screen may show, differ only by their ports.
+    return site_.port == 21 ? site_.server : site_.server + u':' + QString::number(site_.port);
+}
+
 QStringList RemoteHalf::selectedFileNames() const
 {
     QStringList names;
@@ -176,6 +191,35 @@ QStringList RemoteHalf::selectedFileNames() const
             tr("These names cannot be used on this computer:\n%1").arg(refused.join(u'\n')),
             MessageIcon::Stop);
     return names;
+}
+
+QStringList RemoteHalf::fileNamesMatching(const QString& mask) const
+{
+    const FileMask pattern(mask);
+    QStringList names;
+    for (const auto& entry : listing_.entries()) {
+        if (!entry.isFolder() && RemoteEntry::isPlainName(entry.name)
+            && pattern.matches(entry.name))
+            names.append(entry.name);
+    }
+    return names;
+}
+
+QStringList RemoteHalf::selectedFolderNames() const
+{
+    QStringList names;
+    for (const auto& row : files_->selectedRows()) {
+        if (row.folder && RemoteEntry::isPlainName(row.name))
+            names.append(row.name);
+    }
+    return names;
+}
+
+bool RemoteHalf::isFolder(const QString& name) const
+{
+    const auto& entries = listing_.entries();
+    return std::any_of(entries.begin(), entries.end(),
+        [&](const RemoteEntry& entry) { return entry.name == name && entry.isFolder(); });
 }
 
 qint64 RemoteHalf::sizeOf(const QString& name) const
@@ -207,7 +251,7 @@ void RemoteHalf::setBusy(bool busy)
     } else {
         unsetCursor();
         status_->setText(connected_
-                ? StringTable::text(ids::kConnectedTo).replace(QLatin1String("%s"), site_.server)
+                ? StringTable::text(ids::kConnectedTo).replace(QLatin1String("%s"), siteName())
                 : tr("Not connected"));
     }
     Q_EMIT busyChanged(busy);
@@ -292,18 +336,17 @@ void RemoteHalf::showListing(const QString& folder, const RemoteListing& listing
 {
     folder_ = folder;
     listing_ = listing;
-    const auto pattern = QRegularExpression(QRegularExpression::wildcardToRegularExpression(
-        mask_.isEmpty() ? QStringLiteral("*") : mask_));
+    const FileMask pattern(mask_);
     std::vector<FileRow> rows;
     QStringList subfolders;
     for (const auto& entry : listing.entries()) {
         if (entry.isFolder())
             subfolders.append(entry.name);
-        if (entry.isFolder() || pattern.match(entry.name).hasMatch())
+        if (entry.isFolder() || pattern.matches(entry.name))
             rows.push_back(rowOf(entry));
     }
     files_->setRows(std::move(rows));
-    tree_->showFolder(site_.server, folder, subfolders);
+    tree_->showFolder(siteName(), folder, subfolders);
 }
 
 void RemoteHalf::activated(const FileRow& row)
@@ -462,6 +505,39 @@ void RemoteHalf::removeFolder()
                 showFailure(result);
             openFolder(parent);
         });
+}
+
+void RemoteHalf::prepareFolderPut(
+    const QStringList& localFolders, std::function<void(std::vector<FileEntry>)> then)
+{
+    if (busy_ || !connected_)
+        return;
+    const auto placement = RemotePlacement::dirTreeSetting(true);
+    const QString casing = SettingsStore::get(settings::config::kFileCasingPut);
+    run(
+        [localFolders, folder = folder_, placement, casing](BrowserSession& session) {
+            auto upload = FolderUpload::plan(localFolders, folder, placement, casing);
+            // A folder that cannot be made fails its files in the put, with the engine's message.
+            for (const auto& path : upload.remoteFolders)
+                (void)session.makeFolder(
+                    parentOf(path), path.mid(path.lastIndexOf(u'/') + 1), true);
+            return std::move(upload.files);
+        },
+        [then = std::move(then)](std::vector<FileEntry> files) { then(std::move(files)); });
+}
+
+void RemoteHalf::prepareFolderGet(
+    const QStringList& names, const QString& localFolder, std::function<void(FolderDownload)> then)
+{
+    if (busy_ || !connected_ || names.isEmpty())
+        return;
+    const auto placement = RemotePlacement::dirTreeSetting(true);
+    const QString casing = SettingsStore::get(settings::config::kFileCasingGet);
+    run(
+        [names, folder = folder_, localFolder, placement, casing](BrowserSession& session) {
+            return FolderDownload::plan(session, folder, names, localFolder, placement, casing);
+        },
+        [then = std::move(then)](FolderDownload download) { then(std::move(download)); });
 }
 
 void RemoteHalf::moveRows(CRemFilesView* source, const QString& folder)

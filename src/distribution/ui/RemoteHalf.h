@@ -1,5 +1,7 @@
 #pragma once
 
+#include "distribution/FileEntry.h"
+#include "distribution/FolderDownload.h"
 #include "ftp/FtpResult.h"
 #include "ftp/JobSite.h"
 #include "ftp/RemoteListing.h"
@@ -48,10 +50,18 @@ public:
     [[nodiscard]] CRemoteTree* tree() const { return tree_; }
     // The plain names of the selected files (folders left out); tells the user of any other.
     [[nodiscard]] QStringList selectedFileNames() const;
+    // The files of the current folder as listed whose names match `mask` (FileMask), leaving out
+    // names that cannot be used on this computer.
+    [[nodiscard]] QStringList fileNamesMatching(const QString& mask) const;
+    // Whether `name` is listed in the current folder as a folder.
+    [[nodiscard]] bool isFolder(const QString& name) const;
     // The size of a file of the current folder as listed; 0 when unknown.
     [[nodiscard]] qint64 sizeOf(const QString& name) const;
     // For tests: the prompt in place of the input dialog.
     void setPrompt(Prompt prompt) { prompt_ = std::move(prompt); }
+    // Asks for a text over this half, through the prompt.
+    [[nodiscard]] std::optional<QString> ask(
+        const QString& caption, const QString& label, const QString& text);
 
 public Q_SLOTS:
     void quickConnect();
@@ -67,11 +77,25 @@ public Q_SLOTS:
     void makeFolder();
     void removeFolder();
 
+public:
+    // Plans the put of whole local folders into the current folder (FolderUpload, placed as
+    // FTPDirTree asks for a put that keeps its folders), makes their folders on the server, and
+    // hands the files to `then` on the UI thread; all on the worker, as the half's other work.
+    void prepareFolderPut(
+        const QStringList& localFolders, std::function<void(std::vector<FileEntry>)> then);
+    // Lists the folders `names` of the current folder and all below them (FolderDownload) for a
+    // get into `localFolder`, and hands the plan to `then` on the UI thread.
+    void prepareFolderGet(const QStringList& names, const QString& localFolder,
+        std::function<void(FolderDownload)> then);
+    // The plain names of the selected folders.
+    [[nodiscard]] QStringList selectedFolderNames() const;
+
 Q_SIGNALS:
-    // The user asked for these files of the current folder on the local side.
+    // The user asked for these files and folders of the current folder on the local side.
     void getRequested(const QStringList& names);
-    // Local files dropped on the list: to be put into the current folder.
-    void putRequested(const QStringList& paths);
+    // Local files dropped on the list: to be put into the current folder. `fromShell`: dragged
+    // from outside the program.
+    void putRequested(const QStringList& paths, bool fromShell = false);
     // Rows of another half's list dropped on this one: to be copied into the current folder.
     void copyRequested(zelto::RemoteHalf* source, const QStringList& names);
     void busyChanged(bool busy);
@@ -80,12 +104,12 @@ private:
     template <typename Work, typename Deliver> void run(Work work, Deliver deliver);
     void buildActions();
     void setBusy(bool busy);
+    // The host, and the port when it is not FTP's own.
+    [[nodiscard]] QString siteName() const;
     void showListing(const QString& folder, const RemoteListing& listing);
     void moveRows(CRemFilesView* source, const QString& folder);
     void activated(const FileRow& row);
     void showFailure(const FtpResult& result);
-    [[nodiscard]] std::optional<QString> ask(
-        const QString& caption, const QString& label, const QString& text);
 
     JobServices& services_;
     Notifier& notifier_;
