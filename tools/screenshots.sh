@@ -200,6 +200,14 @@ window_shot transfer-windows
 # The link's 8 files and the script's one.
 uploads_done 9 || echo "   the link did not end in time" >&2
 sleep 2
+# The link's report, a row per site, opens over the frame at its end: shot, then closed by Escape.
+if [ -n "$TOOLS" ] && REPORT=$(timeout 20 xdotool search --sync --onlyvisible --name "^Link run: " | head -n 1); then
+  sleep 0.5
+  frame_shot run-summary "$REPORT"
+  xdotool windowactivate --sync "$REPORT" 2>/dev/null || xdotool windowfocus --sync "$REPORT" || true
+  xdotool key Escape || true
+  sleep 0.3
+fi
 window_shot log-view
 if [ -n "$SCRIPT_WINDOW" ]; then
   xdotool windowmove --sync "$SCRIPT_WINDOW" 360 200 || true
@@ -344,6 +352,11 @@ for _ in $(seq 300); do
   xdotool search --name "^FTP Put to" >/dev/null 2>&1 || break
   sleep 0.1
 done
+# Then the send's report; Escape closes it.
+if REPORT=$(find_window "^Send Parallel$"); then
+  xdotool windowactivate --sync "$REPORT" 2>/dev/null || xdotool windowfocus --sync "$REPORT" || true
+  xdotool key Escape || true
+fi
 
 # The main program ends; the unattended runs show their own windows on the desktop.
 kill "$ZELTO_PID" 2>/dev/null || true

@@ -52,7 +52,8 @@ int StartupChecks::runUnattended(
     if (request.queueRun)
         return QueueCommand::run(notifier, player);
     if (!request.linkName.isEmpty())
-        return LinkCommand::run(request.linkName, notifier, player, windows.linkJob);
+        return LinkCommand::run(
+            request.linkName, notifier, player, windows.linkJob, windows.linkSiteEnded);
     return ScriptCommand::run(request.scriptFile, notifier, player, windows.script);
 }
 

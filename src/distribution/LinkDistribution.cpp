@@ -42,6 +42,7 @@ void LinkDistribution::start(const QString& name, Ended ended)
 {
     ended_ = std::move(ended);
     report_ = std::make_unique<LinkReport>(name, out_);
+    summary_ = RunSummary(QStringLiteral("Link run: %1").arg(name));
     runOffThread(
         threads_, &context_,
         [name] {
@@ -68,6 +69,7 @@ void LinkDistribution::prepared(Plan plan)
             std::make_unique<Site>(*this, jobSiteOf(plan.sites[i], plan.siteNames[i])));
     }
     pending_ = int(sites_.size());
+    summary_.setPlannedSites(sites_.size());
     report_->runStarted(sites_.size(), files_.size(), plan.set.totalBytes());
     starter_ = std::make_unique<ParallelStarter>(
         threads_, sites_.size(), [this](std::size_t index) { startSite(index); }, interval_);
@@ -97,6 +99,9 @@ void LinkDistribution::siteEnded(std::size_t index)
     const auto results = site.job->results();
     report_->siteEnded(site.site, results.empty() ? std::nullopt : results.front().result,
         site.tally, seconds.count());
+    summary_.add({ LinkReport::siteLabel(site.site), site.tally, seconds.count() });
+    if (siteEnded_)
+        siteEnded_(summary_);
     if (--pending_ > 0)
         return;
     report_->runEnded();

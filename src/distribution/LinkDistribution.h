@@ -4,6 +4,7 @@
 #include "distribution/FileSet.h"
 #include "distribution/LinkReport.h"
 #include "distribution/ParallelStarter.h"
+#include "distribution/RunSummary.h"
 #include "profiles/SiteProfile.h"
 
 #include <QObject>
@@ -51,9 +52,14 @@ public:
     void start(const QString& name, Ended ended);
 
     void setJobStarting(JobStarting starting) { jobStarting_ = std::move(starting); }
+    // Called on this thread as each site ends, with the records so far.
+    using SiteEnded = std::function<void(const RunSummary& summary)>;
+    void setSiteEnded(SiteEnded siteEnded) { siteEnded_ = std::move(siteEnded); }
 
     // The sites whose transfer has not ended yet (PendingLinkSites).
     [[nodiscard]] int pendingSites() const { return pending_; }
+    // A record for each site that has ended, complete when `ended` is called.
+    [[nodiscard]] const RunSummary& summary() const { return summary_; }
 
 private:
     struct Site;
@@ -73,11 +79,13 @@ private:
     std::FILE* out_;
     std::chrono::milliseconds interval_;
     std::unique_ptr<LinkReport> report_;
+    RunSummary summary_;
     std::vector<FileEntry> files_;
     std::vector<std::unique_ptr<Site>> sites_;
     std::unique_ptr<ParallelStarter> starter_;
     Ended ended_;
     JobStarting jobStarting_;
+    SiteEnded siteEnded_;
     int pending_ = 0;
     // Destroyed first: the preparation and the site ends still posted are dropped with it.
     QObject context_;

@@ -10,6 +10,7 @@
 #include "distribution/ProfileSite.h"
 #include "distribution/ui/BrowserTransfers.h"
 #include "distribution/ui/CFtpView.h"
+#include "distribution/ui/CRunSummaryDlg.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "distribution/ui/CTransfersDock.h"
 #include "distribution/ui/MultiplePut.h"
@@ -35,6 +36,7 @@
 #include <QFileDialog>
 #include <QPointer>
 #include <QScreen>
+#include <QStatusBar>
 #include <QTimer>
 #include <QWindow>
 
@@ -87,6 +89,22 @@ LinkDistribution::JobStarting cascadedTransferWindows(Notifier& notifier, QWidge
     };
 }
 
+// The report of an unattended link: opened at the first site's end and filled as the others end.
+// The program ends with the work, so it never waits for the report to be closed; one the user
+// closed stays closed.
+LinkDistribution::SiteEnded growingReport(QWidget* parent)
+{
+    return [parent, opened = false, report = QPointer<CRunSummaryDlg>()](
+               const RunSummary& summary) mutable {
+        if (!opened) {
+            opened = true;
+            report = CRunSummaryDlg::open(summary, parent);
+        } else if (report) {
+            report->setSummary(summary);
+        }
+    };
+}
+
 // Each script in a progress window of its own, a child of `parent`.
 BackgroundWork::ScriptStarting scriptWindows(Notifier& notifier, QWidget* parent)
 {
@@ -118,7 +136,7 @@ int WindowedRun::runWindows(const StartRequest& request)
         QWidget owner;
         if (const QScreen* screen = QGuiApplication::primaryScreen())
             owner.setGeometry(screen->availableGeometry());
-        const RunWindows windows { cascadedTransferWindows(notifier, &owner),
+        const RunWindows windows { cascadedTransferWindows(notifier, &owner), growingReport(&owner),
             scriptWindows(notifier, &owner) };
         return StartupChecks::runUnattended(request, notifier, player, windows);
     }
@@ -218,6 +236,16 @@ int WindowedRun::runWindows(const StartRequest& request)
         &frame.profileEvents(), &ProfileEvents::profilesChanged, sites, &CFtpView::refresh);
     // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.
     background.setLinkJobStarting(cascadedTransferWindows(notifier, &frame));
+    // The end of every run to several sites is told in the status bar; a link's report opens
+    // over the frame (Multiple Put opens its sends' own).
+    const auto tellEnd = [&frame](const RunSummary& summary) {
+        frame.statusBar()->showMessage(summary.statusLine());
+    };
+    QObject::connect(&multiplePut, &MultiplePut::sendEnded, &frame, tellEnd);
+    background.setLinkEnded([&frame, tellEnd](const RunSummary& summary) {
+        CRunSummaryDlg::open(summary, &frame);
+        tellEnd(summary);
+    });
     // Every script, from the menu or the scheduler, shows its steps in a window of its own.
     background.setScriptStarting(scriptWindows(notifier, &frame));
     QObject::connect(
