@@ -12,13 +12,12 @@
 namespace zelto {
 
 int LinkCommand::run(const QString& name, Notifier& notifier, SoundPlayer& player,
-    const LinkDistribution::JobStarting& window, const LinkDistribution::SiteEnded& siteEnded)
+    const LinkDistribution::JobStarting& window)
 {
     ProgramServices services(notifier, player);
     QueueBookkeeping bookkeeping(services.log(), notifier);
     LinkDistribution distribution(services.jobs(), services.threads(), bookkeeping, stdout);
     distribution.setJobStarting(window);
-    distribution.setSiteEnded(siteEnded);
     // A link without sites ends well: it was told so, and nothing failed.
     distribution.start(name, [](LinkDistribution::End end) {
         QCoreApplication::exit(end == LinkDistribution::End::NotAllSent ? kExitFailed : kExitOk);

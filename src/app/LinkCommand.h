@@ -19,10 +19,9 @@ public:
     // Runs link `name` (which must exist) in the event loop of the running application. Returns
     // the exit status: 0 when every file reached every site (so also for a link without sites,
     // which has nothing that could fail), 1 when any did not. `window`, when set, is handed each
-    // site's job just before it starts, and `siteEnded` the records as each site ends.
+    // site's job just before it starts.
     [[nodiscard]] static int run(const QString& name, Notifier& notifier, SoundPlayer& player,
-        const LinkDistribution::JobStarting& window = {},
-        const LinkDistribution::SiteEnded& siteEnded = {});
+        const LinkDistribution::JobStarting& window = {});
 };
 
 } // namespace zelto

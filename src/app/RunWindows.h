@@ -5,12 +5,10 @@
 
 namespace zelto {
 
-// How an unattended run shows its work on a desktop: each site's transfer window of a link and
-// its report, the progress window of a script. Left empty, the run reports on the console alone.
+// How an unattended run shows its work on a desktop: each site's transfer window of a link, the
+// progress window of a script. Left empty, the run reports on the console alone.
 struct RunWindows {
     LinkDistribution::JobStarting linkJob;
-    // Told as each site of the link ends (a report that fills as the run goes on).
-    LinkDistribution::SiteEnded linkSiteEnded;
     BackgroundWork::ScriptStarting script;
 };
 

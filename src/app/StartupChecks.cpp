@@ -52,8 +52,7 @@ int StartupChecks::runUnattended(
     if (request.queueRun)
         return QueueCommand::run(notifier, player);
     if (!request.linkName.isEmpty())
-        return LinkCommand::run(
-            request.linkName, notifier, player, windows.linkJob, windows.linkSiteEnded);
+        return LinkCommand::run(request.linkName, notifier, player, windows.linkJob);
     return ScriptCommand::run(request.scriptFile, notifier, player, windows.script);
 }
 

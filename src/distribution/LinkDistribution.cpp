@@ -69,7 +69,6 @@ void LinkDistribution::prepared(Plan plan)
             std::make_unique<Site>(*this, jobSiteOf(plan.sites[i], plan.siteNames[i])));
     }
     pending_ = int(sites_.size());
-    summary_.setPlannedSites(sites_.size());
     report_->runStarted(sites_.size(), files_.size(), plan.set.totalBytes());
     starter_ = std::make_unique<ParallelStarter>(
         threads_, sites_.size(), [this](std::size_t index) { startSite(index); }, interval_);
@@ -100,8 +99,6 @@ void LinkDistribution::siteEnded(std::size_t index)
     report_->siteEnded(site.site, results.empty() ? std::nullopt : results.front().result,
         site.tally, seconds.count());
     summary_.add({ LinkReport::siteLabel(site.site), site.tally, seconds.count() });
-    if (siteEnded_)
-        siteEnded_(summary_);
     if (--pending_ > 0)
         return;
     report_->runEnded();

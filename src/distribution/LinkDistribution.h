@@ -52,9 +52,6 @@ public:
     void start(const QString& name, Ended ended);
 
     void setJobStarting(JobStarting starting) { jobStarting_ = std::move(starting); }
-    // Called on this thread as each site ends, with the records so far.
-    using SiteEnded = std::function<void(const RunSummary& summary)>;
-    void setSiteEnded(SiteEnded siteEnded) { siteEnded_ = std::move(siteEnded); }
 
     // The sites whose transfer has not ended yet (PendingLinkSites).
     [[nodiscard]] int pendingSites() const { return pending_; }
@@ -85,7 +82,6 @@ private:
     std::unique_ptr<ParallelStarter> starter_;
     Ended ended_;
     JobStarting jobStarting_;
-    SiteEnded siteEnded_;
     int pending_ = 0;
     // Destroyed first: the preparation and the site ends still posted are dropped with it.
     QObject context_;

@@ -15,8 +15,6 @@ QString RunSummary::statusLine() const
 
 QString RunSummary::closingLine() const
 {
-    if (sites_.size() < planned_)
-        return QStringLiteral("%1 of %2 sites have ended.").arg(sites_.size()).arg(planned_);
     const auto failing = std::count_if(
         sites_.begin(), sites_.end(), [](const Site& site) { return site.tally.failed > 0; });
     if (failing == 0)

@@ -4,7 +4,6 @@
 
 #include <QString>
 
-#include <cstddef>
 #include <vector>
 
 namespace zelto {
@@ -23,8 +22,6 @@ public:
     explicit RunSummary(QString title = {}) : title_(std::move(title)) { }
 
     void add(Site site) { sites_.push_back(std::move(site)); }
-    // How many sites the run has, so that a report shown while it runs says how far it is.
-    void setPlannedSites(std::size_t sites) { planned_ = sites; }
 
     // Names the run: "Link run: nightly", "Send Parallel".
     [[nodiscard]] const QString& title() const { return title_; }
@@ -32,7 +29,7 @@ public:
 
     // "Sent 8 files to 3 sites, 4 failed", for a status bar.
     [[nodiscard]] QString statusLine() const;
-    // What the run came to, under its table; how far it is while sites are still to end.
+    // What the run came to, under its table.
     [[nodiscard]] QString closingLine() const;
     // A site's time as the console prints it: seconds with two decimals.
     [[nodiscard]] static QString timeText(double seconds);
@@ -44,7 +41,6 @@ private:
 
     QString title_;
     std::vector<Site> sites_;
-    std::size_t planned_ = 0;
 };
 
 } // namespace zelto

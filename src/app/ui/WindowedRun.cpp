@@ -89,22 +89,6 @@ LinkDistribution::JobStarting cascadedTransferWindows(Notifier& notifier, QWidge
     };
 }
 
-// The report of an unattended link: opened at the first site's end and filled as the others end.
-// The program ends with the work, so it never waits for the report to be closed; one the user
-// closed stays closed.
-LinkDistribution::SiteEnded growingReport(QWidget* parent)
-{
-    return [parent, opened = false, report = QPointer<CRunSummaryDlg>()](
-               const RunSummary& summary) mutable {
-        if (!opened) {
-            opened = true;
-            report = CRunSummaryDlg::open(summary, parent);
-        } else if (report) {
-            report->setSummary(summary);
-        }
-    };
-}
-
 // Each script in a progress window of its own, a child of `parent`.
 BackgroundWork::ScriptStarting scriptWindows(Notifier& notifier, QWidget* parent)
 {
@@ -136,7 +120,7 @@ int WindowedRun::runWindows(const StartRequest& request)
         QWidget owner;
         if (const QScreen* screen = QGuiApplication::primaryScreen())
             owner.setGeometry(screen->availableGeometry());
-        const RunWindows windows { cascadedTransferWindows(notifier, &owner), growingReport(&owner),
+        const RunWindows windows { cascadedTransferWindows(notifier, &owner),
             scriptWindows(notifier, &owner) };
         return StartupChecks::runUnattended(request, notifier, player, windows);
     }

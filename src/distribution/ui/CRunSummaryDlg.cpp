@@ -66,11 +66,11 @@ CRunSummaryDlg::CRunSummaryDlg(const RunSummary& summary, QWidget* anchor)
     setTabOrder(table_, copyButton);
     setTabOrder(copyButton, closeButton);
     table_->setFocus();
-    setSummary(summary);
+    fill(summary);
     StoredPlacement::restore(*this, kPlacement, kReadableSize, anchor);
 }
 
-void CRunSummaryDlg::setSummary(const RunSummary& summary)
+void CRunSummaryDlg::fill(const RunSummary& summary)
 {
     setWindowTitle(summary.title());
     table_->clear();

@@ -9,7 +9,7 @@ namespace zelto {
 
 class RunSummary;
 
-// The report of a run to several sites: a row per site that has ended (Site, Sent, Failed, Bytes,
+// The report of a run to several sites that has ended: a row per site (Site, Sent, Failed, Bytes,
 // Time) and a closing line. Never modal, so that the frame and other runs go on beside it; Escape
 // closes it, and Copy puts its rows on the clipboard as tab-separated text.
 class CRunSummaryDlg final : public QDialog {
@@ -22,9 +22,6 @@ public:
     // Shows the report of `summary` over `anchor` and raises it; it goes when it is closed.
     static CRunSummaryDlg* open(const RunSummary& summary, QWidget* anchor);
 
-    // Shows `summary` instead, as a run goes on; the window is not raised again.
-    void setSummary(const RunSummary& summary);
-
     [[nodiscard]] QTreeWidget* table() const { return table_; }
 
 public Q_SLOTS:
@@ -32,6 +29,8 @@ public Q_SLOTS:
     void done(int result) override;
 
 private:
+    void fill(const RunSummary& summary);
+
     QTreeWidget* table_;
     QLabel* closing_;
     QString copyText_;
