@@ -98,7 +98,7 @@ void LinkDistribution::siteEnded(std::size_t index)
     const auto results = site.job->results();
     report_->siteEnded(site.site, results.empty() ? std::nullopt : results.front().result,
         site.tally, seconds.count());
-    summary_.add({ LinkReport::siteLabel(site.site), site.tally, seconds.count() });
+    summary_.add({ RunSummary::labelOf(site.site), site.tally, seconds.count() });
     if (--pending_ > 0)
         return;
     report_->runEnded();

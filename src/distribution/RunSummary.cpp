@@ -4,6 +4,12 @@
 
 namespace zelto {
 
+QString RunSummary::labelOf(const JobSite& site)
+{
+    const QString address = LinkReport::siteLabel(site);
+    return site.name.isEmpty() ? address : QStringLiteral("%1 (%2)").arg(site.name, address);
+}
+
 QString RunSummary::statusLine() const
 {
     const LinkReport::Tally sum = total();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "distribution/LinkReport.h"
+#include "ftp/JobSite.h"
 
 #include <QString>
 
@@ -14,12 +15,16 @@ namespace zelto {
 class RunSummary final {
 public:
     struct Site {
-        QString label; // LinkReport::siteLabel
+        QString label; // labelOf
         LinkReport::Tally tally;
         double seconds = 0;
     };
 
     explicit RunSummary(QString title = {}) : title_(std::move(title)) { }
+
+    // The site's profile name, when it has one, before its "host:port": the console's label alone
+    // reads alike for every site of one host.
+    [[nodiscard]] static QString labelOf(const JobSite& site);
 
     void add(Site site) { sites_.push_back(std::move(site)); }
 

@@ -48,7 +48,7 @@ void SummarisedRun::siteEnded(Job& job, const SiteOutcome& outcome)
         const std::lock_guard lock(mutex_);
         const std::chrono::duration<double> seconds = now - job.mark;
         job.mark = now;
-        summary_.add({ LinkReport::siteLabel(outcome.site), LinkReport::tallyOf(outcome.files),
+        summary_.add({ RunSummary::labelOf(outcome.site), LinkReport::tallyOf(outcome.files),
             seconds.count() });
     }
     bookkeeping_.siteFinished(outcome);

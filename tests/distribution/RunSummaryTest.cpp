@@ -50,9 +50,13 @@ protected:
         writeProfile(file, *servers_[server]);
         return file;
     }
+    // The profile's name, then where it points.
     [[nodiscard]] QString label(int server) const
     {
-        return FtpServer::host() + u':' + QString::number(servers_[server]->port());
+        return QStringLiteral("site%1 (%2:%3)")
+            .arg(server)
+            .arg(FtpServer::host())
+            .arg(servers_[server]->port());
     }
     // What the whole file set is at a site that took it, and at one that refused the login.
     [[nodiscard]] Row served(int server) const

@@ -49,6 +49,8 @@ CRunSummaryDlg::CRunSummaryDlg(const RunSummary& summary, QWidget* anchor)
     copyButton->setToolTip(tr("Copy the rows as tab-separated text"));
     QPushButton* closeButton = buttons->addButton(QDialogButtonBox::Close);
     closeButton->setText(tr("C&lose"));
+    // Return closes the report, as it would a message.
+    closeButton->setDefault(true);
     connect(copyButton, &QPushButton::clicked, this, &CRunSummaryDlg::copy);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     // Ctrl+C from the table as from the button.
