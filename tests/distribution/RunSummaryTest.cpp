@@ -1,10 +1,14 @@
-// The record per site of a run to several sites: what a link run keeps for its report, and the
-// report that opens, never modal, when a send of the multiple-put screen has ended.
+// The record per site of a run to several sites: what a link run keeps for its report, what a
+// scheduled link tells the window at its end, and the report that opens, never modal, when a
+// send of the multiple-put screen has ended.
 
 #include "distribution/RunSummary.h"
 
 #include "DataFiles.h"
 #include "DistributionFixture.h"
+#include "SilentPlayer.h"
+#include "app/BackgroundWork.h"
+#include "app/ProgramServices.h"
 #include "distribution/LinkDistribution.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CRunSummaryDlg.h"
@@ -92,6 +96,19 @@ protected:
         std::sort(rows.begin(), rows.end());
         return rows;
     }
+    // Link `name` of the fixture servers `servers`, over a list of the local tree's files.
+    void writeLinkOf(const QString& name, const std::vector<int>& servers) const
+    {
+        const QString list = DataFolders::files() + QStringLiteral("/web/flist.ini");
+        QStringList entries;
+        for (const FileEntry& file : fileSet())
+            entries << file.localFolder + u'|' + file.localName;
+        writeList(list, entries);
+        QStringList profiles;
+        for (int server : servers)
+            profiles << profileOf(server);
+        writeLink(DataFolders::linkFile(name), profiles, list);
+    }
     [[nodiscard]] static CRunSummaryDlg* openReport()
     {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -104,12 +121,6 @@ protected:
 
 TEST_F(RunSummaryTest, LinkRunKeepsARecordPerSiteWithTheRefusedLoginsFilesFailed)
 {
-    const QString list = DataFolders::files() + QStringLiteral("/web/flist.ini");
-    QStringList entries;
-    for (const FileEntry& file : fileSet())
-        entries << file.localFolder + u'|' + file.localName;
-    writeList(list, entries);
-
     struct Case {
         const char* link;
         std::vector<int> servers;
@@ -126,10 +137,7 @@ TEST_F(RunSummaryTest, LinkRunKeepsARecordPerSiteWithTheRefusedLoginsFilesFailed
             QStringLiteral("4 files not sent, at 1 of 2 sites.") },
     };
     for (const Case& c : cases) {
-        QStringList profiles;
-        for (int server : c.servers)
-            profiles << profileOf(server);
-        writeLink(DataFolders::linkFile(QString::fromLatin1(c.link)), profiles, list);
+        writeLinkOf(QString::fromLatin1(c.link), c.servers);
         clearServers();
 
         LinkDistribution run(recorder_.services, threads_, outcomes_, nullptr, 0ms);
@@ -146,6 +154,27 @@ TEST_F(RunSummaryTest, LinkRunKeepsARecordPerSiteWithTheRefusedLoginsFilesFailed
         EXPECT_EQ(summary.statusLine(), c.status) << c.link;
         EXPECT_EQ(summary.closingLine(), c.closing) << c.link;
     }
+}
+
+// The scheduler's links in an interactive run: the window hears each end that had sites, once.
+TEST_F(RunSummaryTest, ScheduledLinkTellsItsEndOnceWithARecordPerSite)
+{
+    writeLinkOf(QStringLiteral("pair"), { 0, 2 });
+    writeLinkOf(QStringLiteral("empty"), {});
+    SilentPlayer player;
+    ProgramServices services(recorder_, player);
+    BackgroundWork work(services);
+    std::vector<RunSummary> told;
+    work.setLinkEnded([&told](const RunSummary& summary) { told.push_back(summary); });
+    work.runLink(QStringLiteral("empty"));
+    work.runLink(QStringLiteral("pair"));
+    ASSERT_TRUE(waitUntil([&] { return work.runningLinks() == 0; }, kDeadline));
+
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_EQ(told[0].title(), QStringLiteral("Link run: pair"));
+    std::vector<Row> rows { served(0), refused(2) };
+    std::sort(rows.begin(), rows.end());
+    EXPECT_EQ(sortedRows(told[0]), rows);
 }
 
 TEST_F(RunSummaryTest, SendOpensItsReportWithoutHoldingTheWindow)
