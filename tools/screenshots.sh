@@ -10,6 +10,7 @@
 #   main-window.png       the main window on the Multiple FTP Put screen, with its three bars
 #   transfer-windows.png  the main window and its transfer windows while the link's transfers run
 #   log-view.png          the main window once the transfers have ended: the log of the run
+#   run-summary.png       the report at the end of the link: a row per site, the refused one failed
 #   script-window.png     the progress window of a script that the scheduler ran beside the link,
 #                         at its end: the count of its steps, and Close
 #   statistics-window.png the transfer statistics after the run

@@ -2,6 +2,7 @@
 
 #include "distribution/RunSummary.h"
 #include "settings/SettingsKeys.h"
+#include "widgets/CHelpWindow.h"
 #include "widgets/ReportList.h"
 #include "widgets/StoredPlacement.h"
 
@@ -32,6 +33,7 @@ CRunSummaryDlg::CRunSummaryDlg(const RunSummary& summary, QWidget* anchor)
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false);
     setModal(false);
+    CHelpWindow::bindHelpKey(*this, QStringLiteral("run-report"));
     auto* label = new QLabel(tr("&Sites:"), this);
     label->setBuddy(table_);
     setUpReportList(*table_);
