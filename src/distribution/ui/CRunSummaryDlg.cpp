@@ -49,6 +49,7 @@ CRunSummaryDlg::CRunSummaryDlg(const RunSummary& summary, QWidget* anchor)
     auto* buttons = new QDialogButtonBox(this);
     QPushButton* copyButton = buttons->addButton(tr("&Copy"), QDialogButtonBox::ActionRole);
     copyButton->setToolTip(tr("Copy the rows as tab-separated text"));
+    copyButton->setObjectName(QStringLiteral("copy"));
     QPushButton* closeButton = buttons->addButton(QDialogButtonBox::Close);
     closeButton->setText(tr("C&lose"));
     // Return closes the report, as it would a message.

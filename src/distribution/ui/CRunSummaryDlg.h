@@ -25,11 +25,11 @@ public:
     [[nodiscard]] QTreeWidget* table() const { return table_; }
 
 public Q_SLOTS:
-    void copy() const;
     void done(int result) override;
 
 private:
     void fill(const RunSummary& summary);
+    void copy() const;
 
     QTreeWidget* table_;
     QLabel* closing_;
