@@ -1,12 +1,9 @@
 // The record per site of a run to several sites, with one site that refuses the login: what a link
-// run keeps, what a scheduled link tells the window at its end, and what a send of the
-// multiple-put screen keeps while its sites still reach the bookkeeping.
+// run keeps, and what a send of the multiple-put screen keeps while its sites still reach the
+// bookkeeping.
 
 #include "RunSummaryFixture.h"
-#include "SilentPlayer.h"
 #include "TestWait.h"
-#include "app/BackgroundWork.h"
-#include "app/ProgramServices.h"
 #include "distribution/LinkDistribution.h"
 #include "distribution/SummarisedRun.h"
 
@@ -55,26 +52,6 @@ TEST_F(RunRecordsTest, LinkRunKeepsARecordPerSiteWithTheRefusedLoginsFilesFailed
         EXPECT_EQ(summary.statusLine(), c.status) << c.link;
         EXPECT_EQ(summary.closingLine(), c.closing) << c.link;
     }
-}
-
-// The scheduler's links in an interactive run: the window hears each end that had sites, once.
-TEST_F(RunRecordsTest, ScheduledLinkTellsItsEndOnceWithARecordPerSite)
-{
-    EventLoop loop;
-    writeLinkOf(QStringLiteral("pair"), { 0, 2 });
-    writeLinkOf(QStringLiteral("empty"), {});
-    SilentPlayer player;
-    ProgramServices services(recorder_, player);
-    BackgroundWork work(services);
-    std::vector<RunSummary> told;
-    work.setLinkEnded([&told](const RunSummary& summary) { told.push_back(summary); });
-    work.runLink(QStringLiteral("empty"));
-    work.runLink(QStringLiteral("pair"));
-    ASSERT_TRUE(waitUntil([&] { return work.runningLinks() == 0; }, kDeadline));
-
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(told[0].title(), QStringLiteral("Link run: pair"));
-    EXPECT_EQ(rowsOf(told[0]), sorted({ rowSent(0), rowRefused(2) }));
 }
 
 // Send Parallel's job per site and Send Serial's one job for both: a record per site, the run's

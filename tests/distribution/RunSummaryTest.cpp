@@ -1,7 +1,11 @@
-// The report that opens, never modal, when a send of the multiple-put screen has ended: a row per
-// site with the refused login's files failed, Copy as tab-separated text, and Escape to close it.
+// What the windows hear at the end of a run: a scheduled link's records, and the report that opens,
+// never modal, when a send of the multiple-put screen has ended: a row per site with the refused
+// login's files failed, Copy as tab-separated text, and Escape to close it.
 
 #include "RunSummaryFixture.h"
+#include "SilentPlayer.h"
+#include "app/BackgroundWork.h"
+#include "app/ProgramServices.h"
 #include "distribution/ui/CFtpView.h"
 #include "distribution/ui/CRunSummaryDlg.h"
 #include "distribution/ui/MultiplePut.h"
@@ -24,6 +28,7 @@ constexpr auto kDeadline = 30s;
 
 class RunSummaryTest : public RunSummaryFixture {
 protected:
+    using RunSummaryFixture::rowsOf;
     [[nodiscard]] static std::vector<Row> rowsOf(const QTreeWidget& table)
     {
         std::vector<Row> rows;
@@ -44,6 +49,26 @@ protected:
         return nullptr;
     }
 };
+
+// The scheduler's links in an interactive run: the frame hears each end that had sites, once. (Its
+// log writer's timed lock is one that ThreadSanitizer cannot follow, so this case is here.)
+TEST_F(RunSummaryTest, ScheduledLinkTellsItsEndOnceWithARecordPerSite)
+{
+    writeLinkOf(QStringLiteral("pair"), { 0, 2 });
+    writeLinkOf(QStringLiteral("empty"), {});
+    SilentPlayer player;
+    ProgramServices services(recorder_, player);
+    BackgroundWork work(services);
+    std::vector<RunSummary> told;
+    work.setLinkEnded([&told](const RunSummary& summary) { told.push_back(summary); });
+    work.runLink(QStringLiteral("empty"));
+    work.runLink(QStringLiteral("pair"));
+    ASSERT_TRUE(waitUntil([&] { return work.runningLinks() == 0; }, kDeadline));
+
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_EQ(told[0].title(), QStringLiteral("Link run: pair"));
+    EXPECT_EQ(rowsOf(told[0]), sorted({ rowSent(0), rowRefused(2) }));
+}
 
 TEST_F(RunSummaryTest, SendOpensItsReportWithoutHoldingTheWindow)
 {
