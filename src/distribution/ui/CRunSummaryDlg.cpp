@@ -13,6 +13,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -85,6 +86,9 @@ void CRunSummaryDlg::fill(const RunSummary& summary)
                 QString::number(site.tally.bytes), RunSummary::timeText(site.seconds) });
         for (int column = Sent; column < ColumnCount; ++column)
             row->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+        // A site with failures stands out among many that went well.
+        if (site.tally.failed > 0)
+            row->setIcon(Site, style()->standardIcon(QStyle::SP_MessageBoxWarning));
     }
     closing_->setText(summary.closingLine());
     copyText_ = summary.tabSeparated();
