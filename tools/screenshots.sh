@@ -10,6 +10,7 @@
 #   main-window.png       the main window on the Multiple FTP Put screen, with its three bars
 #   transfer-windows.png  the main window and its transfer windows while the link's transfers run
 #   log-view.png          the main window once the transfers have ended: the log of the run
+#   run-summary.png       the report at the end of the link: a row per site, the refused one failed
 #   script-window.png     the progress window of a script that the scheduler ran beside the link,
 #                         at its end: the count of its steps, and Close
 #   statistics-window.png the transfer statistics after the run
@@ -203,6 +204,14 @@ window_shot transfer-windows
 # The link's 8 files and the script's one.
 uploads_done 9 || echo "   the link did not end in time" >&2
 sleep 2
+# The link's report, a row per site, opens over the frame at its end: shot, then closed by Escape.
+if [ -n "$TOOLS" ] && REPORT=$(timeout 20 xdotool search --sync --onlyvisible --name "^Link run: " | head -n 1); then
+  sleep 0.5
+  frame_shot run-summary "$REPORT"
+  xdotool windowactivate --sync "$REPORT" 2>/dev/null || xdotool windowfocus --sync "$REPORT" || true
+  xdotool key Escape || true
+  sleep 0.3
+fi
 window_shot log-view
 if [ -n "$SCRIPT_WINDOW" ]; then
   xdotool windowmove --sync "$SCRIPT_WINDOW" 360 200 || true
@@ -373,6 +382,11 @@ for _ in $(seq 300); do
   xdotool search --name "^FTP Put to" >/dev/null 2>&1 || break
   sleep 0.1
 done
+# Then the send's report; Escape closes it.
+if REPORT=$(find_window "^Send Parallel$"); then
+  xdotool windowactivate --sync "$REPORT" 2>/dev/null || xdotool windowfocus --sync "$REPORT" || true
+  xdotool key Escape || true
+fi
 
 # The main program ends; the unattended runs show their own windows on the desktop.
 kill "$ZELTO_PID" 2>/dev/null || true

@@ -39,7 +39,9 @@ void BackgroundWork::runLink(const QString& name)
     link->setJobStarting(linkJobStarting_);
     const LinkDistribution* running = link.get();
     // The end comes from inside the run's own call; the run is dropped after it has returned.
-    link->start(name, [this, running](LinkDistribution::End) {
+    link->start(name, [this, running](LinkDistribution::End end) {
+        if (end != LinkDistribution::End::NoSites && linkEnded_)
+            linkEnded_(running->summary());
         QTimer::singleShot(0, &context_, [this, running] { linkEnded(running); });
     });
     links_.push_back(std::move(link));

@@ -48,6 +48,10 @@ public:
     {
         linkJobStarting_ = std::move(starting);
     }
+    // Hears the end of each link started here that had sites, with a record per site (a windowed
+    // run shows its report).
+    using LinkEnded = std::function<void(const RunSummary& summary)>;
+    void setLinkEnded(LinkEnded ended) { linkEnded_ = std::move(ended); }
     // How the scripts started here are shown (a windowed run opens a progress window each).
     using ScriptStarting = std::function<void(const QString& path, std::shared_ptr<ScriptRun> run,
         std::shared_ptr<ScriptProgress> progress)>;
@@ -82,6 +86,7 @@ private:
     QueueResendTimer resendTimer_;
     Scheduler scheduler_;
     LinkDistribution::JobStarting linkJobStarting_;
+    LinkEnded linkEnded_;
     ScriptStarting scriptStarting_;
     std::vector<std::unique_ptr<LinkDistribution>> links_;
     std::vector<Script> scripts_;

@@ -42,6 +42,7 @@ void LinkDistribution::start(const QString& name, Ended ended)
 {
     ended_ = std::move(ended);
     report_ = std::make_unique<LinkReport>(name, out_);
+    summary_ = RunSummary(QStringLiteral("Link run: %1").arg(name));
     runOffThread(
         threads_, &context_,
         [name] {
@@ -97,6 +98,7 @@ void LinkDistribution::siteEnded(std::size_t index)
     const auto results = site.job->results();
     report_->siteEnded(site.site, results.empty() ? std::nullopt : results.front().result,
         site.tally, seconds.count());
+    summary_.add({ RunSummary::labelOf(site.site), site.tally, seconds.count() });
     if (--pending_ > 0)
         return;
     report_->runEnded();

@@ -4,6 +4,7 @@
 #include "distribution/FileSet.h"
 #include "distribution/LinkReport.h"
 #include "distribution/ParallelStarter.h"
+#include "distribution/RunSummary.h"
 #include "profiles/SiteProfile.h"
 
 #include <QObject>
@@ -54,6 +55,8 @@ public:
 
     // The sites whose transfer has not ended yet (PendingLinkSites).
     [[nodiscard]] int pendingSites() const { return pending_; }
+    // A record for each site that has ended, complete when `ended` is called.
+    [[nodiscard]] const RunSummary& summary() const { return summary_; }
 
 private:
     struct Site;
@@ -73,6 +76,7 @@ private:
     std::FILE* out_;
     std::chrono::milliseconds interval_;
     std::unique_ptr<LinkReport> report_;
+    RunSummary summary_;
     std::vector<FileEntry> files_;
     std::vector<std::unique_ptr<Site>> sites_;
     std::unique_ptr<ParallelStarter> starter_;

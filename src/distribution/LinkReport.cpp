@@ -40,24 +40,34 @@ void LinkReport::noSites()
     print(QStringLiteral("Link %1 has no sites: nothing to send.\n").arg(linkName_));
 }
 
-LinkReport::Tally LinkReport::siteFiles(const JobSite& site, const std::vector<FileEntry>& files)
+LinkReport::Tally LinkReport::tallyOf(const std::vector<FileEntry>& files)
 {
-    const QString label = siteLabel(site);
     Tally tally;
-    QString lines;
     for (const FileEntry& file : files) {
-        const QString path = joinPath(file.localFolder, file.localName);
         if (file.result == FileEntry::kSent) {
             ++tally.sent;
             tally.bytes += file.size;
-            lines += QStringLiteral("%1  sent    %2\n").arg(label, path);
         } else {
             ++tally.failed;
-            lines += QStringLiteral("%1  failed  %2  %3\n").arg(label, path, failureText(file));
         }
     }
-    print(lines);
     return tally;
+}
+
+LinkReport::Tally LinkReport::siteFiles(const JobSite& site, const std::vector<FileEntry>& files)
+{
+    if (out_) {
+        const QString label = siteLabel(site);
+        QString lines;
+        for (const FileEntry& file : files) {
+            const QString path = joinPath(file.localFolder, file.localName);
+            lines += file.result == FileEntry::kSent
+                ? QStringLiteral("%1  sent    %2\n").arg(label, path)
+                : QStringLiteral("%1  failed  %2  %3\n").arg(label, path, failureText(file));
+        }
+        print(lines);
+    }
+    return tallyOf(files);
 }
 
 void LinkReport::siteEnded(

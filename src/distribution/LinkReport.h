@@ -34,6 +34,8 @@ public:
     [[nodiscard]] static QString siteLabel(const JobSite& site);
     // Why a file did not reach its site.
     [[nodiscard]] static QString failureText(const FileEntry& file);
+    // The files of a site that has ended, counted.
+    [[nodiscard]] static Tally tallyOf(const std::vector<FileEntry>& files);
 
     void runStarted(std::size_t sites, std::size_t files, qint64 bytes);
     void noSites();

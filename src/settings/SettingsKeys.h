@@ -202,6 +202,8 @@ inline constexpr char kFilesFrame[] = "Dimensions\\Files\\Mainframe";
 inline constexpr char kLinkDialog[] = "Dimensions\\Links\\Dialog";
 // The options sheet's place and size, kept once the user has closed it.
 inline constexpr char kOptionsSheet[] = "Dimensions\\Options\\Sheet";
+// The report at the end of a run to several sites, kept once the user has closed one.
+inline constexpr char kRunSummary[] = "Dimensions\\RunSummary\\Window";
 inline constexpr char kWidth[] = "Width";
 inline constexpr char kHeight[] = "Height";
 inline constexpr char kX[] = "x";

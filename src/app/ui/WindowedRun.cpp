@@ -10,6 +10,7 @@
 #include "distribution/ProfileSite.h"
 #include "distribution/ui/BrowserTransfers.h"
 #include "distribution/ui/CFtpView.h"
+#include "distribution/ui/CRunSummaryDlg.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "distribution/ui/CTransfersDock.h"
 #include "distribution/ui/MultiplePut.h"
@@ -35,6 +36,7 @@
 #include <QFileDialog>
 #include <QPointer>
 #include <QScreen>
+#include <QStatusBar>
 #include <QTimer>
 #include <QWindow>
 
@@ -219,6 +221,16 @@ int WindowedRun::runWindows(const StartRequest& request)
         &frame.profileEvents(), &ProfileEvents::profilesChanged, sites, &CFtpView::refresh);
     // A link the scheduler starts shows its sites' jobs as Send Parallel does, cascaded.
     background.setLinkJobStarting(cascadedTransferWindows(notifier, &frame));
+    // The end of every run to several sites is told in the status bar; a link's report opens
+    // over the frame (Multiple Put opens its sends' own).
+    const auto tellEnd = [&frame](const RunSummary& summary) {
+        frame.statusBar()->showMessage(summary.statusLine());
+    };
+    QObject::connect(&multiplePut, &MultiplePut::sendEnded, &frame, tellEnd);
+    background.setLinkEnded([&frame, tellEnd](const RunSummary& summary) {
+        CRunSummaryDlg::open(summary, &frame);
+        tellEnd(summary);
+    });
     // Every script, from the menu or the scheduler, shows its steps in a window of its own.
     background.setScriptStarting(scriptWindows(notifier, &frame));
     QObject::connect(

@@ -3,6 +3,7 @@
 #include "distribution/ParallelStarter.h"
 #include "distribution/RunOffThread.h"
 #include "distribution/ui/CFtpView.h"
+#include "distribution/ui/CRunSummaryDlg.h"
 #include "distribution/ui/CTransferDlg.h"
 #include "profiles/ui/CFileListView.h"
 #include "widgets/ToolIcons.h"
@@ -35,6 +36,7 @@ QDialog* waitWindow(const QString& text, QWidget* parent)
 struct MultiplePut::Parallel {
     std::vector<JobSite> sites;
     std::vector<FileEntry> files;
+    SummarisedRun* summary = nullptr;
     // The window opened last: the next one's anchor, while it is open.
     QPointer<CTransferDlg> previous;
     std::unique_ptr<ParallelStarter> starter;
@@ -156,7 +158,7 @@ void MultiplePut::start(bool serial, const std::vector<JobSite>& sites, const Fi
     setup.serial = true;
     setup.sites = sites;
     setup.files = set.files();
-    open(std::move(setup), nullptr);
+    open(newRun(tr("Send Serial"), 1), std::move(setup), nullptr);
 }
 
 void MultiplePut::startParallel(const std::vector<JobSite>& sites, const FileSet& set)
@@ -165,6 +167,7 @@ void MultiplePut::startParallel(const std::vector<JobSite>& sites, const FileSet
     auto send = std::make_unique<Parallel>();
     send->sites = sites;
     send->files = set.files();
+    send->summary = &newRun(tr("Send Parallel"), sites.size());
     Parallel& run = *send;
     run.starter = std::make_unique<ParallelStarter>(
         threads_, run.sites.size(), [this, &run](std::size_t i) {
@@ -173,19 +176,29 @@ void MultiplePut::startParallel(const std::vector<JobSite>& sites, const FileSet
             setup.serial = false;
             setup.sites = { run.sites[i] };
             setup.files = run.files;
-            run.previous = open(std::move(setup), run.previous.data());
+            run.previous = open(*run.summary, std::move(setup), run.previous.data());
         });
     parallel_.push_back(std::move(send));
     run.starter->start();
 }
 
-CTransferDlg* MultiplePut::open(TransferJob::Setup setup, CTransferDlg* anchor)
+SummarisedRun& MultiplePut::newRun(const QString& title, std::size_t jobs)
 {
-    const std::shared_ptr<TransferJob> job
-        = TransferJob::create(std::move(setup), jobs_, outcomes_, threads_);
+    std::erase_if(runs_, [](const auto& run) { return run->ended(); });
+    runs_.push_back(std::make_unique<SummarisedRun>(
+        title, jobs, jobs_, threads_, outcomes_, [this](const RunSummary& summary) {
+            CRunSummaryDlg::open(summary, sites_.window());
+            Q_EMIT sendEnded(summary);
+        }));
+    return *runs_.back();
+}
+
+CTransferDlg* MultiplePut::open(SummarisedRun& run, TransferJob::Setup setup, CTransferDlg* anchor)
+{
+    const std::shared_ptr<TransferJob> job = run.makeJob(std::move(setup));
     auto* window = new CTransferDlg(job, jobs_.notifier, anchor, sites_.window());
     window->show();
-    job->start();
+    run.start(job);
     Q_EMIT transferWindowOpened(window);
     return window;
 }

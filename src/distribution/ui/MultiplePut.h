@@ -1,6 +1,7 @@
 #pragma once
 
 #include "distribution/FileSet.h"
+#include "distribution/SummarisedRun.h"
 #include "distribution/TransferJob.h"
 #include "ftp/JobSite.h"
 
@@ -30,6 +31,7 @@ class WorkerThreads;
 // worker while a small window says so, so that a list of many thousand files never holds the
 // window. Send Parallel then opens one transfer window and job per site, an interval apart, each
 // window cascading from the one before; Send Serial opens one window whose job walks the sites.
+// When a send's last site has ended, its report opens over the window with a row per site.
 // The views belong to the frame and outlive this object.
 class MultiplePut final : public QObject {
     Q_OBJECT
@@ -56,6 +58,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     // A transfer window was shown and its job started.
     void transferWindowOpened(CTransferDlg* window);
+    // A send's last site has ended and its report was opened.
+    void sendEnded(const zelto::RunSummary& summary);
 
 private:
     struct Parallel;
@@ -65,7 +69,8 @@ private:
     void prepared(bool serial, const std::vector<JobSite>& sites, std::optional<FileSet> set);
     void start(bool serial, const std::vector<JobSite>& sites, const FileSet& set);
     void startParallel(const std::vector<JobSite>& sites, const FileSet& set);
-    CTransferDlg* open(TransferJob::Setup setup, CTransferDlg* anchor);
+    [[nodiscard]] SummarisedRun& newRun(const QString& title, std::size_t jobs);
+    CTransferDlg* open(SummarisedRun& run, TransferJob::Setup setup, CTransferDlg* anchor);
     void setPreparing(bool preparing);
 
     CFtpView& sites_;
@@ -80,6 +85,8 @@ private:
     QElapsedTimer waitShown_;
     // The parallel sends whose windows are still being opened, or were last.
     std::vector<std::unique_ptr<Parallel>> parallel_;
+    // The sends whose jobs run, or ended last; their jobs report their sites' ends to them.
+    std::vector<std::unique_ptr<SummarisedRun>> runs_;
 };
 
 } // namespace zelto
