@@ -18,6 +18,8 @@
 #   unattended-link.png   "zelto -l demo" on a desktop: the link's transfer windows alone
 #   unattended-script.png "zelto -b publish.cmd" on a desktop: the script's progress window
 #   main-window-scaled.png the main window at a display scale of 1.75
+#   main-window-dark.png  the main window in a dark palette (a dark KDE colour scheme)
+#   options-sheet-dark.png the options sheet in that palette
 #   profile-screen.png    the site-profile screen, from the FTP menu
 #   link-dialog.png       the link dialog, from the FTP menu
 #   file-list-screen.png  the file-list screen opened from the FTP menu, the list "website" chosen
@@ -417,4 +419,40 @@ ZELTO_PID=$!
 if MAIN_WINDOW=$(find_window "^Zelto"); then
   sleep 1.5
   window_shot main-window-scaled
+fi
+
+# The main window in a dark palette: the desktop's colours, here a dark KDE scheme (Qt reads the
+# scheme of a KDE session from kdeglobals under XDG_CONFIG_HOME).
+kill "$ZELTO_PID" 2>/dev/null || true
+wait "$ZELTO_PID" 2>/dev/null || true
+echo "== zelto in a dark palette"
+cat > "$XDG_CONFIG_HOME/kdeglobals" <<'EOT'
+[Colors:Window]
+BackgroundNormal=49,54,59
+ForegroundNormal=239,240,241
+ForegroundInactive=189,195,199
+[Colors:View]
+BackgroundNormal=35,38,41
+BackgroundAlternate=43,46,49
+ForegroundNormal=239,240,241
+ForegroundInactive=189,195,199
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=239,240,241
+[Colors:Selection]
+BackgroundNormal=61,174,233
+ForegroundNormal=255,255,255
+[Colors:Tooltip]
+BackgroundNormal=49,54,59
+ForegroundNormal=239,240,241
+EOT
+XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5 KDE_FULL_SESSION=true "$ZELTO" \
+  > "$DEMO/run/dark.out" 2>&1 &
+ZELTO_PID=$!
+if MAIN_WINDOW=$(find_window "^Zelto"); then
+  sleep 1.5
+  window_shot main-window-dark
+  if [ -n "$TOOLS" ]; then
+    dialog_shot options-sheet-dark "System Config" alt+o c
+  fi
 fi
