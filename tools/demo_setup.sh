@@ -2,16 +2,17 @@
 # of them refuses every login, to show how a failure is reported), a small web site in nested
 # folders, three site profiles, the file list "website" and the link "demo" joining them.
 #
-# Before sourcing, set ROOT (the source tree) and BUILD (the build folder). demo_setup makes
-# DEMO=$BUILD/demo-home afresh, exports XDG_CONFIG_HOME and XDG_DATA_HOME into it, and sets DATA
-# (the data folder), SETTINGS (the settings file), NAMES and PORT (each server's port); the
-# servers stop when the sourcing script ends, also when it is interrupted.
+# Before sourcing, set ROOT (the source tree) and BUILD (the build folder), and DEMO_HOME if the
+# demo should live elsewhere. demo_setup makes DEMO (DEMO_HOME, or $BUILD/demo-home) afresh,
+# exports XDG_CONFIG_HOME and XDG_DATA_HOME into it, and sets DATA (the data folder), SETTINGS
+# (the settings file), NAMES and PORT (each server's port); the servers stop when the sourcing
+# script ends, also when it is interrupted.
 
 SERVER_SCRIPT="$ROOT/tests/support/ftp_server.py"
 PYTHON=/usr/bin/python3
 [ -x "$PYTHON" ] || PYTHON=python3
 ZELTO="$BUILD/zelto"
-DEMO="$BUILD/demo-home"
+DEMO="${DEMO_HOME:-$BUILD/demo-home}"
 NAMES=(alpha beta gamma)
 REFUSING=gamma
 PIDS=()

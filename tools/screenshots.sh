@@ -32,7 +32,7 @@
 # Needs xvfb-run (xvfb, xauth) and the demo's python3 with pyftpdlib. Optional: xdotool and
 # x11-utils (to drive the program with its keys and to shoot single windows; without them only the
 # first four shots are taken) and openbox (title bars). Settings and data live under
-# BUILD_DIR/demo-home, never in your own.
+# /tmp/zelto-demo (DEMO_HOME), never in your own; a short neutral path, since the pictures show it.
 set -euo pipefail
 
 ROOT=$(cd "$(dirname "$0")/.." && pwd)
@@ -53,6 +53,7 @@ if [ -z "${SCREENSHOTS_FB:-}" ]; then
   exit "$status"
 fi
 
+DEMO_HOME=${DEMO_HOME:-/tmp/zelto-demo}
 . "$ROOT/tools/demo_setup.sh"
 demo_setup
 
@@ -351,7 +352,10 @@ if [ -n "$TOOLS" ]; then
   sleep 2
   xdotool mousemove --window "$MAIN_WINDOW" 630 210 click 1 key ctrl+k
   sleep 1
-  xdotool key Tab Tab Tab ctrl+a type "${PORT[beta]}"
+  # Host, user and password are alpha's already; Tab goes on to the port. (A key command takes
+  # every word after it as a key, so the typing is a command of its own.)
+  xdotool key Tab Tab Tab ctrl+a
+  xdotool type "${PORT[beta]}"
   xdotool key Return
   sleep 2
   xdotool mousemove --window "$MAIN_WINDOW" 380 290 click 1 type release
