@@ -42,17 +42,7 @@ using UnattendedWindowsTest = DistributionFixture;
 
 TEST_F(UnattendedWindowsTest, LinkAndScriptShowTheirWindowsAndEndWithTheirStatus)
 {
-    const QString list = DataFolders::files() + QStringLiteral("/web/flist.ini");
-    QStringList entries;
-    for (const FileEntry& file : fileSet())
-        entries << file.localFolder + u'|' + file.localName;
-    writeList(list, entries);
-    QStringList profiles;
-    for (int i = 0; i < 2; ++i) {
-        profiles << DataFolders::profiles() + QStringLiteral("/site%1.ini").arg(i);
-        writeProfile(profiles.back(), *servers_[i]);
-    }
-    writeLink(DataFolders::linkFile("both"), profiles, list);
+    writeLinkOf(QStringLiteral("both"), { 0, 1 });
     const QString good = local_.path() + QStringLiteral("/good.cmd");
     const QString bad = local_.path() + QStringLiteral("/bad.cmd");
     writeFile(good, "/ nothing to do\n");

@@ -22,19 +22,9 @@ protected:
         DistributionFixture::SetUp();
         if (IsSkipped() || HasFatalFailure())
             return;
-        const QString list = DataFolders::files() + QStringLiteral("/web/flist.ini");
-        QStringList entries;
-        for (const FileEntry& file : fileSet())
-            entries << file.localFolder + u'|' + file.localName;
-        writeList(list, entries);
-        QStringList profiles;
-        for (int i = 0; i < kServers; ++i) {
-            profiles << DataFolders::profiles() + QStringLiteral("/site%1.ini").arg(i);
-            writeProfile(profiles.back(), *servers_[i]);
-        }
-        writeLink(DataFolders::linkFile("both"), profiles.mid(0, 2), list);
-        writeLink(DataFolders::linkFile("all"), profiles, list);
-        writeLink(DataFolders::linkFile("empty"), {}, list);
+        writeLinkOf(QStringLiteral("both"), { 0, 1 });
+        writeLinkOf(QStringLiteral("all"), { 0, 1, 2 });
+        writeLinkOf(QStringLiteral("empty"), {});
     }
 
     [[nodiscard]] QString label(int server) const

@@ -29,13 +29,7 @@ protected:
         servers_[2]->setFaults({ .refuseLogin = { "*" } });
     }
 
-    // Profile "site<server>" of fixture server `server`, and the site a job sends to by it.
-    [[nodiscard]] QString profileOf(int server) const
-    {
-        const QString file = DataFolders::profiles() + QStringLiteral("/site%1.ini").arg(server);
-        writeProfile(file, *servers_[server]);
-        return file;
-    }
+    // The site a job sends to by the profile "site<server>".
     [[nodiscard]] JobSite namedSite(int server) const
     {
         JobSite named = site(server);
@@ -49,19 +43,6 @@ protected:
             .arg(server)
             .arg(FtpServer::host())
             .arg(servers_[server]->port());
-    }
-    // Link `name` of the fixture servers `servers`, over a list of the local tree's files.
-    void writeLinkOf(const QString& name, const std::vector<int>& servers) const
-    {
-        const QString list = DataFolders::files() + QStringLiteral("/web/flist.ini");
-        QStringList entries;
-        for (const FileEntry& file : fileSet())
-            entries << file.localFolder + u'|' + file.localName;
-        writeList(list, entries);
-        QStringList profiles;
-        for (int server : servers)
-            profiles << profileOf(server);
-        writeLink(DataFolders::linkFile(name), profiles, list);
     }
 
     // What the whole file set is at a site that took it, and at one that refused the login.

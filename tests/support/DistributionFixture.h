@@ -4,6 +4,7 @@
 // the engines or three for the jobs with a local tree of nested folders to send, and ways to look
 // at the results on both sides.
 
+#include "DataFiles.h"
 #include "FtpTestKit.h"
 #include "TestFiles.h"
 #include "distribution/FileEntry.h"
@@ -14,6 +15,7 @@
 #include "ftp/CTransferSession.h"
 #include "ftp/JobProgress.h"
 #include "platform/StringIds.h"
+#include "settings/DataFolders.h"
 #include "settings/SettingsStore.h"
 
 #include <QCryptographicHash>
@@ -236,6 +238,26 @@ protected:
         return local_.path() + u'/' + relative;
     }
     [[nodiscard]] JobSite site(int server) const { return siteOf(*servers_[server]); }
+    // Profile "site<server>" of fixture server `server`.
+    [[nodiscard]] QString profileOf(int server) const
+    {
+        const QString file = DataFolders::profiles() + QStringLiteral("/site%1.ini").arg(server);
+        writeProfile(file, *servers_[server]);
+        return file;
+    }
+    // Link `name` of the fixture servers `servers`, over a list of the local tree's files.
+    void writeLinkOf(const QString& name, const std::vector<int>& servers) const
+    {
+        const QString list = DataFolders::files() + QStringLiteral("/web/flist.ini");
+        QStringList entries;
+        for (const FileEntry& file : fileSet())
+            entries << file.localFolder + u'|' + file.localName;
+        writeList(list, entries);
+        QStringList profiles;
+        for (int server : servers)
+            profiles << profileOf(server);
+        writeLink(DataFolders::linkFile(name), profiles, list);
+    }
     // The local tree as a file list names it: its top folder, expanded by the file set.
     [[nodiscard]] std::vector<FileEntry> fileSet() const
     {
