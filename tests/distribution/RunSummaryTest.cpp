@@ -4,6 +4,7 @@
 
 #include "RunSummaryFixture.h"
 #include "SilentPlayer.h"
+#include "TempSettings.h"
 #include "app/BackgroundWork.h"
 #include "app/ProgramServices.h"
 #include "distribution/ui/CFtpView.h"
@@ -125,6 +126,21 @@ TEST_F(RunSummaryTest, SendOpensItsReportWithoutHoldingTheWindow)
         QTest::keyClick(report->table(), Qt::Key_Escape);
         EXPECT_TRUE(waitUntil([&] { return report.isNull(); }, kDeadline)) << "Escape left it open";
     }
+}
+
+// Reports of runs that end close together each stay in sight.
+TEST(RunSummaryWindowTest, ReportsOfRunsEndingTogetherDoNotCoverEachOther)
+{
+    TempSettings settings;
+    std::vector<QPointer<CRunSummaryDlg>> reports;
+    for (int i = 0; i < 3; ++i)
+        reports.emplace_back(
+            CRunSummaryDlg::open(RunSummary(QStringLiteral("Send Parallel")), nullptr));
+    EXPECT_NE(reports[0]->pos(), reports[1]->pos());
+    EXPECT_NE(reports[0]->pos(), reports[2]->pos());
+    EXPECT_NE(reports[1]->pos(), reports[2]->pos());
+    for (const auto& report : reports)
+        report->close();
 }
 
 } // namespace

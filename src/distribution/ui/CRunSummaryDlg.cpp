@@ -7,6 +7,7 @@
 #include "widgets/StoredPlacement.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
@@ -97,6 +98,19 @@ void CRunSummaryDlg::fill(const RunSummary& summary)
 CRunSummaryDlg* CRunSummaryDlg::open(const RunSummary& summary, QWidget* anchor)
 {
     auto* window = new CRunSummaryDlg(summary, anchor);
+    // Reports of runs that end close together open at the one stored place: each steps aside
+    // from those still shown there, so that none hides another.
+    const QPoint step(24, 24);
+    for (bool covered = true; covered;) {
+        covered = false;
+        for (const QWidget* other : QApplication::topLevelWidgets()) {
+            if (other != window && other->isVisible() && qobject_cast<const CRunSummaryDlg*>(other)
+                && other->pos() == window->pos()) {
+                window->move(window->pos() + step);
+                covered = true;
+            }
+        }
+    }
     window->show();
     window->raise();
     window->activateWindow();
