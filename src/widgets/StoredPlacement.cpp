@@ -3,6 +3,7 @@
 #include "settings/SettingsKeys.h"
 #include "settings/SettingsStore.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
@@ -20,6 +21,22 @@ int read(const QString& section, const char* key)
 {
     return SettingsStore::getInt(section, QLatin1StringView(key), kUnset);
 }
+
+// Saves its window's placement after each move and resize; the window owns it.
+class Keeper final : public QObject {
+public:
+    Keeper(QWidget& window, QString section) : QObject(&window), section_(std::move(section)) { }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+            StoredPlacement::save(*static_cast<QWidget*>(watched), section_);
+        return false;
+    }
+
+private:
+    QString section_;
+};
 
 } // namespace
 
@@ -59,6 +76,11 @@ void StoredPlacement::save(const QWidget& window, const QString& section)
     SettingsStore::writeInt(section, QLatin1StringView(kHeight), window.height());
     SettingsStore::writeInt(section, QLatin1StringView(kX), window.x());
     SettingsStore::writeInt(section, QLatin1StringView(kY), window.y());
+}
+
+void StoredPlacement::keep(QWidget& window, const QString& section)
+{
+    window.installEventFilter(new Keeper(window, section));
 }
 
 } // namespace zelto

@@ -21,6 +21,9 @@ public:
     // Writes the window's place and size; a hidden, minimised or maximised window is skipped,
     // since that size is not the one to come back to.
     static void save(const QWidget& window, const QString& section);
+    // From now on writes the window's place and size on every move and resize, so that a window
+    // that the program leaves without closing it comes back where it was.
+    static void keep(QWidget& window, const QString& section);
 };
 
 } // namespace zelto

@@ -20,6 +20,7 @@
 #include "settings/SettingsStore.h"
 #include "widgets/CFileView.h"
 #include "widgets/CHelpWindow.h"
+#include "widgets/StoredPlacement.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -125,6 +126,7 @@ CMainFrame::CMainFrame(ProgramServices& services, BackgroundWork& background, No
         placeAtFirstStart();
     else
         restoreGeometry();
+    StoredPlacement::keep(*this, QLatin1StringView(geometry::kMainFrame));
     tray_.attach(menus_->trayMenu(), this);
     connect(&tray_, &FrameTray::toggleWindowRequested, this, &CMainFrame::toggleWindow);
     tray_.show();
@@ -442,32 +444,6 @@ void CMainFrame::placeAtFirstStart()
     const QRect desktop = screen()->availableGeometry();
     resize(kComfortable.boundedTo(desktop.size() * 0.85));
     move(desktop.center() - QPoint(width() / 2, height() / 2));
-}
-
-void CMainFrame::saveGeometry() const
-{
-    // A minimised or maximised window's size is not the one to come back to.
-    if (!isVisible()
-        || (windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)))
-        return;
-    using namespace geometry;
-    const QString section = QLatin1StringView(kMainFrame);
-    SettingsStore::writeInt(section, QLatin1StringView(kWidth), width());
-    SettingsStore::writeInt(section, QLatin1StringView(kHeight), height());
-    SettingsStore::writeInt(section, QLatin1StringView(kX), x());
-    SettingsStore::writeInt(section, QLatin1StringView(kY), y());
-}
-
-void CMainFrame::moveEvent(QMoveEvent* event)
-{
-    QMainWindow::moveEvent(event);
-    saveGeometry();
-}
-
-void CMainFrame::resizeEvent(QResizeEvent* event)
-{
-    QMainWindow::resizeEvent(event);
-    saveGeometry();
 }
 
 void CMainFrame::changeEvent(QEvent* event)

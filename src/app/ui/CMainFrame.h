@@ -68,8 +68,6 @@ Q_SIGNALS:
     void closed();
 
 protected:
-    void moveEvent(QMoveEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -86,7 +84,6 @@ private:
     void restoreState(LogFilter logFilter);
     void restoreGeometry();
     void placeAtFirstStart();
-    void saveGeometry() const;
     void setTransferMode(int id);
     void setLogFilter(int id);
     void showBar(int id, bool shown);

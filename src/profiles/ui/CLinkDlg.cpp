@@ -184,7 +184,7 @@ CLinkDlg::CLinkDlg(Notifier& notifier, ProfileEvents& events, QWidget* parent)
         connect(&events, changed, this, &CLinkDlg::fillPickers);
     fillPickers();
     StoredPlacement::restore(*this, kPlacement, kReadableSize, parent);
-    placed_ = true;
+    StoredPlacement::keep(*this, kPlacement);
 }
 
 CLinkDlg* CLinkDlg::showOrRaise(Notifier& notifier, ProfileEvents& events, QWidget* frame)
@@ -305,20 +305,6 @@ bool CLinkDlg::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     return QDialog::eventFilter(watched, event);
-}
-
-void CLinkDlg::moveEvent(QMoveEvent* event)
-{
-    QDialog::moveEvent(event);
-    if (placed_)
-        StoredPlacement::save(*this, kPlacement);
-}
-
-void CLinkDlg::resizeEvent(QResizeEvent* event)
-{
-    QDialog::resizeEvent(event);
-    if (placed_)
-        StoredPlacement::save(*this, kPlacement);
 }
 
 } // namespace zelto

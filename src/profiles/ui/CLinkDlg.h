@@ -44,9 +44,6 @@ public Q_SLOTS:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    // The place and size are kept as the user moves and sizes the dialog.
-    void moveEvent(QMoveEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void fillPickers();
@@ -61,7 +58,6 @@ private:
     QListWidget* sites_;
     QListWidget* files_;
     QLabel* note_;
-    bool placed_ = false;
 };
 
 } // namespace zelto

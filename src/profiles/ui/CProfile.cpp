@@ -53,7 +53,7 @@ CProfile::CProfile(
     setTabOrder(tree_, list_);
     setTabOrder(list_, form_->nameField());
     StoredPlacement::restore(*this, kPlacement, kReadableSize, frame);
-    placed_ = true;
+    StoredPlacement::keep(*this, kPlacement);
 }
 
 CProfile::~CProfile() = default;
@@ -134,20 +134,6 @@ void CProfile::importProfiles()
         return;
     if (store_.importServerFile(file, tree_->folder()) > 0)
         list_->showFolder(tree_->folder());
-}
-
-void CProfile::moveEvent(QMoveEvent* event)
-{
-    QMainWindow::moveEvent(event);
-    if (placed_)
-        StoredPlacement::save(*this, kPlacement);
-}
-
-void CProfile::resizeEvent(QResizeEvent* event)
-{
-    QMainWindow::resizeEvent(event);
-    if (placed_)
-        StoredPlacement::save(*this, kPlacement);
 }
 
 void CProfile::closeEvent(QCloseEvent* event)

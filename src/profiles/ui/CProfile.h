@@ -42,8 +42,6 @@ public Q_SLOTS:
     void importProfiles();
 
 protected:
-    void moveEvent(QMoveEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -56,7 +54,6 @@ private:
     CProfView* list_;
     CProfDialog* form_;
     std::function<QString()> chooseImport_;
-    bool placed_ = false;
 };
 
 } // namespace zelto

@@ -47,6 +47,7 @@ CSite::CSite(Notifier& notifier, ProfileEvents& events, QWidget* frame)
     const QFontMetrics metrics = fontMetrics();
     StoredPlacement::restore(*this, placement(),
         QSize(metrics.averageCharWidth() * 175, metrics.lineSpacing() * 44), frame);
+    StoredPlacement::keep(*this, placement());
     driveTree_->selectFolder(QDir::homePath());
     siteTree_->setFocus();
     // The frame's close ends the program, and this screen with it, without a close of its own.
@@ -206,18 +207,6 @@ bool CSite::eventFilter(QObject* watched, QEvent* event)
         saveLayout();
     }
     return QMainWindow::eventFilter(watched, event);
-}
-
-void CSite::moveEvent(QMoveEvent* event)
-{
-    QMainWindow::moveEvent(event);
-    StoredPlacement::save(*this, placement());
-}
-
-void CSite::resizeEvent(QResizeEvent* event)
-{
-    QMainWindow::resizeEvent(event);
-    StoredPlacement::save(*this, placement());
 }
 
 void CSite::saveLayout() const
