@@ -660,7 +660,11 @@ TEST(MainFrameTest, ProfileScreensOpenOnceAndTheBarFollowsTheirChanges)
     form.passwordField()->setText(QStringLiteral("p"));
     form.ok();
     EXPECT_EQ(frame.profileBar().sites()->findText(QStringLiteral("fresh")), 0);
-    EXPECT_EQ(frame.findChild<CLinkDlg*>()->profiles()->findText(QStringLiteral("fresh")), 0);
+    EXPECT_EQ(frame.findChild<CLinkDlg*>()
+                  ->profiles()
+                  ->findItems(QStringLiteral("fresh"), Qt::MatchExactly | Qt::MatchRecursive)
+                  .size(),
+        1);
 
     // A list saved from the Multiple FTP Put screen, likewise.
     const QString folder = DataFolders::files() + QStringLiteral("/saved");

@@ -46,13 +46,17 @@ protected:
         picker->setCurrentIndex(index);
         Q_EMIT picker->activated(index);
     }
+    // The items shown as `label` anywhere in `tree`.
+    static QList<QTreeWidgetItem*> shows(const CPickTree* tree, const QString& label)
+    {
+        return tree->findItems(label, Qt::MatchExactly | Qt::MatchRecursive);
+    }
     // Selects the items shown as `labels` in `tree` (folders or leaves), the last one current.
     static void select(CPickTree* tree, const QStringList& labels)
     {
         tree->clearSelection();
         for (const QString& label : labels) {
-            const QList<QTreeWidgetItem*> found
-                = tree->findItems(label, Qt::MatchExactly | Qt::MatchRecursive);
+            const QList<QTreeWidgetItem*> found = shows(tree, label);
             ASSERT_EQ(found.size(), 1) << label.toStdString();
             tree->setCurrentItem(found.front(), 0, QItemSelectionModel::Select);
         }
@@ -127,13 +131,13 @@ TEST_F(LinkDlgTest, ThePickersFollowChangesMadeElsewhere)
 {
     ProfileStore profiles(notifier_, events_);
     ASSERT_FALSE(profiles.renameProfile(profile(QStringLiteral("alpha.ini")), "omega").isEmpty());
-    EXPECT_LT(dialog_.profiles()->findText(QStringLiteral("alpha")), 0);
-    EXPECT_GE(dialog_.profiles()->findText(QStringLiteral("omega")), 0);
+    EXPECT_TRUE(shows(dialog_.profiles(), QStringLiteral("alpha")).isEmpty());
+    EXPECT_FALSE(shows(dialog_.profiles(), QStringLiteral("omega")).isEmpty());
 
     FileListStore lists(notifier_, events_);
     ASSERT_FALSE(lists.renameList(listFolder("daily"), QStringLiteral("nightly")).isEmpty());
-    EXPECT_EQ(dialog_.fileLists()->findText(QStringLiteral("nightly")), 0);
-    EXPECT_EQ(dialog_.fileLists()->findText(QStringLiteral("daily")), -1);
+    EXPECT_EQ(shows(dialog_.fileLists(), QStringLiteral("nightly")).size(), 1);
+    EXPECT_TRUE(shows(dialog_.fileLists(), QStringLiteral("daily")).isEmpty());
 }
 
 // Sites in two folders, one chosen as a folder (every profile below it) and one by name, and the

@@ -119,19 +119,6 @@ void CPickTree::showCurrent(const QString& path)
         scrollToItem(item);
 }
 
-int CPickTree::findText(const QString& text) const
-{
-    int place = 0;
-    for (const QTreeWidgetItem* item : allItems(*this)) {
-        if (!isLeaf(item))
-            continue;
-        if (item->text(0) == text)
-            return place;
-        ++place;
-    }
-    return -1;
-}
-
 QTreeWidgetItem* CPickTree::itemOf(const QString& path) const
 {
     for (QTreeWidgetItem* item : allItems(*this)) {

@@ -34,8 +34,6 @@ public:
     [[nodiscard]] QString currentLeaf() const;
     // Makes the leaf `path` current without telling anyone; an empty or unknown path clears it.
     void showCurrent(const QString& path);
-    // Where the leaf shown as `text` comes among the leaves in tree order, or -1.
-    [[nodiscard]] int findText(const QString& text) const;
 
 private:
     void fill(QTreeWidgetItem* item, const QString& folder);
