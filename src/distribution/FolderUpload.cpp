@@ -36,20 +36,20 @@ FolderUpload FolderUpload::plan(const QStringList& localFolders, const QString& 
         std::sort(folders.begin(), folders.end());
         for (const auto& folder : folders) {
             const QString relative = base.relativeFilePath(folder);
-            const QString remoteParent = parentPart(relative).isEmpty()
-                ? remoteFolder
-                : BrowserSession::join(remoteFolder, parentPart(relative));
+            const QString parent = parentPart(relative);
+            const QString remoteParent
+                = parent.isEmpty() ? remoteFolder : BrowserSession::join(remoteFolder, parent);
             if (placement != DirTree::FullPath)
                 upload.remoteFolders.append(BrowserSession::join(remoteFolder, relative));
-            const QStringList names
-                = QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-            for (const auto& name : names) {
+            // The listing's own sizes: no second look at each file.
+            for (const QFileInfo& file :
+                QDir(folder).entryInfoList(QDir::Files | QDir::Hidden, QDir::Name)) {
                 FileEntry entry;
                 entry.localFolder = folder;
-                entry.localName = name;
-                entry.remoteName = casedName(name, casing);
+                entry.localName = file.fileName();
+                entry.remoteName = casedName(entry.localName, casing);
                 entry.remoteFolder = placement == DirTree::FullPath ? QString() : remoteParent;
-                entry.size = QFileInfo(QDir(folder).filePath(name)).size();
+                entry.size = file.size();
                 upload.files.push_back(std::move(entry));
             }
         }

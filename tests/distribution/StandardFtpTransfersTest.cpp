@@ -27,14 +27,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void write(const QString& path, const QByteArray& bytes)
-{
-    ASSERT_TRUE(QFileInfo(path).dir().mkpath(QStringLiteral(".")));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
-
 // Every entry under `root`, folders with a trailing "/", sorted.
 QStringList entriesUnder(const QString& root)
 {
@@ -108,9 +100,9 @@ TEST_F(StandardFtpTransfersTest, AWildcardMovesTheMatchingFilesOfTheFolderCased)
         { "put of everything", false, "*", "PRESERVE", { "Y.LOG", "x.log", "z.dat" } },
     };
     for (const auto* name : { "a.txt", "B.TXT", "c.zip", "sub/d.txt" })
-        write(server_->home() + u'/' + QLatin1String(name), name);
+        writeFile(server_->home() + u'/' + QLatin1String(name), name);
     for (const auto* name : { "x.log", "Y.LOG", "z.dat" })
-        write(local_.filePath(name), name);
+        writeFile(local_.filePath(name), name);
     connectRemote();
 
     std::size_t windows = 0;
@@ -173,9 +165,9 @@ TEST_F(StandardFtpTransfersTest, DroppedFoldersGoWholeOnlyWhenTheSettingsSaySo)
     // A tree with a file at each level, an empty folder, and a folder that holds only a folder.
     const QByteArray binary = QByteArray(70 * 1024, '\x01') + QByteArray("\r\n\0end", 6);
     const auto makeTree = [&](const QString& root) {
-        write(root + "/top/one.txt", "one\r\n");
-        write(root + "/top/deep/two.bin", binary);
-        write(root + "/top/only/inner/three.txt", "three");
+        writeFile(root + "/top/one.txt", "one\r\n");
+        writeFile(root + "/top/deep/two.bin", binary);
+        writeFile(root + "/top/only/inner/three.txt", "three");
         ASSERT_TRUE(QDir(root).mkpath(QStringLiteral("top/empty")));
     };
     const QStringList whole { "top/", "top/deep/", "top/deep/two.bin", "top/empty/", "top/one.txt",
@@ -265,8 +257,8 @@ TEST_F(StandardFtpTransfersTest, TheTransferCommandsAreEnabledWhileShownAndConne
 // A list view starts a drag only from rows its model marks as draggable.
 TEST_F(StandardFtpTransfersTest, TheRowsOfBothListsDragOut)
 {
-    write(server_->home() + "/remote.txt", "r");
-    write(local_.filePath("local.txt"), "l");
+    writeFile(server_->home() + "/remote.txt", "r");
+    writeFile(local_.filePath("local.txt"), "l");
     connectRemote();
     screen_->localFiles()->refresh();
     for (const QAbstractItemView* view : { static_cast<QAbstractItemView*>(remote().files()),
@@ -281,8 +273,8 @@ TEST_F(StandardFtpTransfersTest, TheRowsOfBothListsDragOut)
 // instead of ending the process.
 TEST_F(StandardFtpTransfersTest, AGetOntoAFullDiskFailsWithTheDiskFullMessage)
 {
-    write(server_->home() + "/big.bin", QByteArray(1'000'000, 'b'));
-    write(server_->home() + "/small.txt", "fits");
+    writeFile(server_->home() + "/big.bin", QByteArray(1'000'000, 'b'));
+    writeFile(server_->home() + "/small.txt", "fits");
     connectRemote();
     const auto rowsBefore = remote().files()->rows().size();
     ASSERT_EQ(rowsBefore, 2U);
@@ -312,7 +304,7 @@ TEST_F(StandardFtpTransfersTest, AGetOntoAFullDiskFailsWithTheDiskFullMessage)
     EXPECT_TRUE(remote().isConnected());
     EXPECT_EQ(remote().folder(), QStringLiteral("/"));
     EXPECT_EQ(remote().files()->rows().size(), rowsBefore);
-    write(server_->home() + "/later.txt", "new");
+    writeFile(server_->home() + "/later.txt", "new");
     remote().refresh();
     EXPECT_TRUE(waitUntil([&] { return idle() && remote().files()->rows().size() == 3; }, 10s));
 }
